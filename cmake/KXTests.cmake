@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: MIT
+# kx_add_test(Name SOURCES ... LINK ... [WEB]): one Qt Test executable, known to CTest under its name.
+# WEB marks a test that starts the web engine: such tests run one at a time.
+function(kx_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WEB" "TIMEOUT" "SOURCES;LINK;ARGS")
+    if(NOT arg_SOURCES)
+        set(arg_SOURCES ${name}.cpp)
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    kx_compile_settings(${name})
+    target_link_libraries(${name} PRIVATE ${arg_LINK} Qt6::Test)
+    add_test(NAME ${name} COMMAND ${name} ${arg_ARGS})
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    if(arg_WEB)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK webengine LABELS web)
+    endif()
+endfunction()
