@@ -19,9 +19,11 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addOptions({
         {QStringLiteral("json"), QStringLiteral("Write the rows to <file> as JSON."), QStringLiteral("file")},
-        {QStringLiteral("repetitions"), QStringLiteral("Repeat each side <n> times."), QStringLiteral("n"), QStringLiteral("7")},
+        {QStringLiteral("repetitions"), QStringLiteral("Repeat each side <n> times."), QStringLiteral("n"),
+            QStringLiteral("7")},
     });
-    parser.addPositionalArgument(QStringLiteral("pattern"), QStringLiteral("Regular expression that chooses rows by name."));
+    parser.addPositionalArgument(
+        QStringLiteral("pattern"), QStringLiteral("Regular expression that chooses rows by name."));
     parser.process(application);
     const QString pattern = parser.positionalArguments().value(0, QStringLiteral("."));
     const bool complete = kx::bench::runAll(pattern.toStdString(), parser.value(QStringLiteral("repetitions")).toInt(),

@@ -46,7 +46,10 @@ std::optional<double> median(std::vector<double> samples)
 // Collects every repetition of every benchmark.
 class Collector : public benchmark::BenchmarkReporter {
 public:
-    explicit Collector(Samples &samples) : m_samples(samples) {}
+    explicit Collector(Samples &samples)
+        : m_samples(samples)
+    {
+    }
     bool ReportContext(const Context &) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override
     {
@@ -61,8 +64,8 @@ public:
                 continue;
             const auto entry = std::find_if(entries().begin(), entries().end(),
                 [&](const Entry &e) { return name.rfind(e.row.name + "/", 0) == 0; });
-            const double accumulated
-                = entry->clock == Clock::Cpu ? run.cpu_accumulated_time : run.real_accumulated_time;
+            const double accumulated =
+                entry->clock == Clock::Cpu ? run.cpu_accumulated_time : run.real_accumulated_time;
             m_samples[name].push_back(accumulated / double(run.iterations) * unitsPerSecond(entry->row.unit));
         }
     }
@@ -153,8 +156,8 @@ bool runAll(const std::string &namePattern, int repetitions, const std::string &
         const std::optional<double> floor = median(samples[row.name + "/floor"]);
         const std::optional<double> ratio = ours && peer && *peer > 0 ? std::optional(*ours / *peer) : std::nullopt;
         complete = complete && ratio;
-        std::printf("%-24s %6s %10s %10s %7s %10s %6sx%s\n", row.name.c_str(), row.unit.c_str(), numberText(ours).c_str(),
-            numberText(peer).c_str(), numberText(ratio).c_str(),
+        std::printf("%-24s %6s %10s %10s %7s %10s %6sx%s\n", row.name.c_str(), row.unit.c_str(),
+            numberText(ours).c_str(), numberText(peer).c_str(), numberText(ratio).c_str(),
             floor || row.floorText.empty() ? numberText(floor).c_str() : row.floorText.c_str(),
             numberText(row.budget).c_str(), ratio && *ratio > row.budget ? "  over budget" : "");
         json += (json.empty() ? "  " : ",\n  ") + ("{\"name\": \"" + row.name) + "\", \"ours\": " + jsonNumber(ours)

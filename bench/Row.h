@@ -9,7 +9,8 @@
 
 namespace kx::bench {
 
-/// One row of the budget table: what we promise about the cost of a piece of work beside a peer's cost of the same work.
+/// One row of the budget table: what we promise about the cost of a piece of work beside a peer's cost of the same
+/// work.
 struct Row {
     std::string name;
     std::string unit; ///< "ns", "us", "ms" or "s" for times; anything for measures.
