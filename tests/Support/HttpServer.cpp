@@ -43,7 +43,8 @@ void HttpServer::read(QTcpSocket *socket)
         request.path = words.value(1);
         for (const QByteArray &line : lines.sliced(1)) {
             const qsizetype colon = line.indexOf(':');
-            request.headers.insert(line.first(std::max<qsizetype>(colon, 0)).toLower(), line.sliced(colon + 1).trimmed());
+            request.headers.insert(
+                line.first(std::max<qsizetype>(colon, 0)).toLower(), line.sliced(colon + 1).trimmed());
         }
         const qsizetype bodyLength = request.headers.value("content-length").toLongLong();
         if (buffer.size() < end + 4 + bodyLength)
@@ -56,7 +57,8 @@ void HttpServer::read(QTcpSocket *socket)
 void HttpServer::answer(QTcpSocket *socket, const HttpRequest &request)
 {
     m_requests.append(request.path);
-    const QByteArray path = request.path.first(request.path.indexOf('?') < 0 ? request.path.size() : request.path.indexOf('?'));
+    const QByteArray path =
+        request.path.first(request.path.indexOf('?') < 0 ? request.path.size() : request.path.indexOf('?'));
     HttpResponse response;
     if (const auto known = m_responses.constFind(path); known != m_responses.cend())
         response = *known;
@@ -65,7 +67,8 @@ void HttpServer::answer(QTcpSocket *socket, const HttpRequest &request)
     else
         response = {"not found", "text/plain", 404, {}, -1, false};
     if (!response.silent) {
-        QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Answer\r\nContent-Type: " + response.contentType
+        QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status)
+            + " Answer\r\nContent-Type: " + response.contentType
             + "\r\nContent-Length: " + QByteArray::number(response.body.size()) + "\r\nCache-Control: no-store\r\n";
         for (const auto &[name, value] : response.headers)
             head += name + ": " + value + "\r\n";

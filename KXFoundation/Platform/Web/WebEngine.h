@@ -20,8 +20,8 @@ namespace kx {
 class WebViewConfiguration;
 
 /// Called when a script has been evaluated: with its value (Undefined for what JSON cannot carry), or with the error.
-/// A thrown exception is WebErrorJavaScriptException with the script's error text, a syntax error too; a page or process
-/// that went away first is WebErrorViewInvalidated. Never called from inside the evaluating call.
+/// A thrown exception is WebErrorJavaScriptException with the script's error text, a syntax error too; a page or
+/// process that went away first is WebErrorViewInvalidated. Never called from inside the evaluating call.
 using EvaluationHandler = std::function<void(const QJsonValue &value, const std::optional<KXError> &error)>;
 
 /// What a page asks of and tells its view. All on the main thread, and never from inside a call of the page by the
@@ -44,8 +44,7 @@ public:
     virtual void runJavaScriptAlertPanel(const QString &message, const FrameInfo &frame) = 0;
     virtual bool runJavaScriptConfirmPanel(const QString &message, const FrameInfo &frame) = 0;
     virtual QString runJavaScriptTextInputPanel(
-        const QString &prompt, const QString &defaultText, const FrameInfo &frame)
-        = 0;
+        const QString &prompt, const QString &defaultText, const FrameInfo &frame) = 0;
     /// The page wants a new window, which it does not get.
     virtual void createWebView(const NavigationAction &action, const WindowFeatures &features) = 0;
 };
@@ -88,11 +87,11 @@ public:
 
     /// A page built from the configuration, which it keeps alive. `client` must outlive the page.
     [[nodiscard]] virtual std::unique_ptr<WebPage> makePage(
-        const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client)
-        = 0;
+        const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client) = 0;
 
     /// Makes custom schemes known to the engine as secure, local and open to cross-origin requests. Works before the
-    /// application object is made; afterwards a scheme still serves documents, images, scripts and same-origin requests.
+    /// application object is made; afterwards a scheme still serves documents, images, scripts and same-origin
+    /// requests.
     virtual void registerSchemes(const QStringList &schemes) = 0;
 };
 

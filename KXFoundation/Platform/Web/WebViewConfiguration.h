@@ -52,7 +52,10 @@ public:
 
     [[nodiscard]] QStringList scriptMessageHandlerNames() const { return m_handlers.keys(); }
     /// An empty function when the name has no handler.
-    [[nodiscard]] ScriptMessageHandler scriptMessageHandler(const QString &name) const { return m_handlers.value(name); }
+    [[nodiscard]] ScriptMessageHandler scriptMessageHandler(const QString &name) const
+    {
+        return m_handlers.value(name);
+    }
     [[nodiscard]] const QList<UserScript> &userScripts() const { return m_scripts; }
 
 private:
