@@ -160,9 +160,9 @@ bool runAll(const std::string &namePattern, int repetitions, const std::string &
             numberText(ours).c_str(), numberText(peer).c_str(), numberText(ratio).c_str(),
             floor || row.floorText.empty() ? numberText(floor).c_str() : row.floorText.c_str(),
             numberText(row.budget).c_str(), ratio && *ratio > row.budget ? "  over budget" : "");
-        json += (json.empty() ? "  " : ",\n  ") + ("{\"name\": \"" + row.name) + "\", \"ours\": " + jsonNumber(ours)
-            + ", \"peer\": " + jsonNumber(peer) + ", \"unit\": \"" + row.unit + "\", \"ratio\": " + jsonNumber(ratio)
-            + ", \"floor\": " + jsonNumber(floor) + "}";
+        json += (json.empty() ? "  " : ",\n  ") + (R"({"name": ")" + row.name) + R"(", "ours": )" + jsonNumber(ours)
+            + R"(, "peer": )" + jsonNumber(peer) + R"(, "unit": ")" + row.unit + R"(", "ratio": )" + jsonNumber(ratio)
+            + R"(, "floor": )" + jsonNumber(floor) + "}";
     }
     if (!jsonFile.empty()) {
         std::ofstream out(jsonFile);

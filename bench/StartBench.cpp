@@ -4,6 +4,7 @@
 
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -11,8 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-
-extern char **environ;
 
 namespace {
 

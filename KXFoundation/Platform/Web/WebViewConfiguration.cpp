@@ -3,13 +3,11 @@
 
 #include <KXFoundation/Platform/Web/WebEngine.h>
 
-#include <utility>
-
 namespace kx {
 
-void UserContentController::addScriptMessageHandler(ScriptMessageHandler handler, const QString &name)
+void UserContentController::addScriptMessageHandler(const ScriptMessageHandler &handler, const QString &name)
 {
-    m_handlers.insert(name, std::move(handler));
+    m_handlers.insert(name, handler);
 }
 
 void UserContentController::removeScriptMessageHandlerForName(const QString &name)

@@ -46,7 +46,7 @@ class KX_WEB_EXPORT UserContentController {
 public:
     /// Pages reach the handler as `webkit.messageHandlers.<name>.postMessage(value)`. A second handler of the same name
     /// replaces the first. The controller keeps the handler, and all that it holds, alive.
-    void addScriptMessageHandler(ScriptMessageHandler handler, const QString &name);
+    void addScriptMessageHandler(const ScriptMessageHandler &handler, const QString &name);
     void removeScriptMessageHandlerForName(const QString &name);
     void addUserScript(const UserScript &script);
 
