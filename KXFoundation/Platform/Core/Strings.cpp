@@ -3,6 +3,38 @@
 
 namespace kx {
 
+namespace {
+
+bool isDigit(QChar unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
+
+// Takes the digits at the front off the text.
+QStringView takeDigits(QStringView &text)
+{
+    qsizetype length = 0;
+    while (length < text.size() && isDigit(text[length]))
+        ++length;
+    const QStringView digits = text.first(length);
+    text = text.sliced(length);
+    return digits;
+}
+
+QStringView withoutLeadingZeros(QStringView digits)
+{
+    while (!digits.isEmpty() && digits.front() == u'0')
+        digits = digits.sliced(1);
+    return digits;
+}
+
+template <class T> int order(const T &a, const T &b)
+{
+    return a < b ? -1 : b < a ? 1 : 0;
+}
+
+} // namespace
+
 std::optional<QString> decodeUtf8(QByteArrayView bytes)
 {
     QString text(bytes.size(), Qt::Uninitialized); // a sequence of n bytes never makes more than n units
@@ -38,6 +70,29 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes)
     }
     text.truncate(out - reinterpret_cast<const char16_t *>(text.constData()));
     return text;
+}
+
+int compareNumeric(QStringView a, QStringView b)
+{
+    while (!a.isEmpty() && !b.isEmpty()) {
+        if (isDigit(a.front()) && isDigit(b.front())) {
+            const QStringView left = withoutLeadingZeros(takeDigits(a));
+            const QStringView right = withoutLeadingZeros(takeDigits(b));
+            // Of two numbers without leading zeros the longer one is the larger one.
+            if (const int result = order(left.size(), right.size()))
+                return result;
+            for (qsizetype i = 0; i < left.size(); ++i) {
+                if (const int result = order(left[i], right[i]))
+                    return result;
+            }
+            continue;
+        }
+        if (const int result = order(a.front(), b.front()))
+            return result;
+        a = a.sliced(1);
+        b = b.sliced(1);
+    }
+    return order(a.size(), b.size()); // at least one is used up
 }
 
 } // namespace kx

@@ -10,7 +10,8 @@
 
 namespace kx {
 
-/// Equality of strings that may be absent: a null string equals only a null string. (Qt's == calls null and empty equal.)
+/// Equality of strings that may be absent: a null string equals only a null string. (Qt's == calls null and empty
+/// equal.)
 [[nodiscard]] inline bool same(const QString &a, const QString &b)
 {
     return a.isNull() == b.isNull() && a == b;
@@ -19,5 +20,9 @@ namespace kx {
 /// The text that `bytes` spell in UTF-8, or none when they are not valid UTF-8 (RFC 3629: no overlong forms, no
 /// surrogates, nothing above U+10FFFF). A leading byte order mark is kept as U+FEFF. Empty input gives "", not null.
 [[nodiscard]] KX_CORE_EXPORT std::optional<QString> decodeUtf8(QByteArrayView bytes);
+
+/// Orders two texts: runs of ASCII digits by the number they spell, however long, everything else by its UTF-16 codes.
+/// "1.10" is after "1.9". Returns -1, 0 or 1; 0 also for texts that differ in leading zeros only.
+[[nodiscard]] KX_CORE_EXPORT int compareNumeric(QStringView a, QStringView b);
 
 } // namespace kx

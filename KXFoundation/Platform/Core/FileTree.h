@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <chrono>
+#include <optional>
+
+namespace kx {
+
+/// `directory` with `name` as one more component.
+[[nodiscard]] QString childPath(const QString &directory, QStringView name);
+
+/// Names of everything in a directory, hidden entries included, in no order. Empty when it cannot be listed.
+[[nodiscard]] QStringList entryNames(const QString &directory);
+
+/// True when anything has this name, be it only a link that leads nowhere.
+[[nodiscard]] bool somethingExists(const QString &path);
+
+/// When the entry itself (a link, not what it leads to) was last changed; none when there is no such entry.
+[[nodiscard]] std::optional<std::chrono::system_clock::time_point> modificationTime(const QString &path);
+
+/// Makes the directory with its missing parents. False when it is not there afterwards.
+bool makeDirectories(const QString &path);
+
+/// Removes the entry with all its contents. Links are removed, never followed. Stops at the first failure.
+void removeTree(const QString &path);
+
+struct VolumeSpace {
+    quint64 totalInBytes = 0;
+    quint64 freeInBytes = 0; ///< What an ordinary user may still fill.
+};
+
+/// Space of the file system that holds `path`; none when there is no such entry.
+[[nodiscard]] std::optional<VolumeSpace> volumeSpace(const QString &path);
+
+} // namespace kx

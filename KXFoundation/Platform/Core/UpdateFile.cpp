@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/Core/UpdateFile.h>
+
+#include <QtCore/QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kx {
+
+std::shared_ptr<UpdateFile> UpdateFile::open(const QString &path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NOCTTY);
+    return descriptor < 0 ? nullptr : std::shared_ptr<UpdateFile>(new UpdateFile(descriptor));
+}
+
+bool UpdateFile::createEmpty(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    // More than one turn only when another process makes the same name between the two calls.
+    for (int turn = 0; turn < 8; ++turn) {
+        ::unlink(name.constData());
+        const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor >= 0)
+            return ::close(descriptor) == 0;
+        if (errno != EEXIST)
+            return false;
+    }
+    return false;
+}
+
+UpdateFile::~UpdateFile()
+{
+    ::close(m_descriptor);
+}
+
+bool UpdateFile::write(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written = ::write(m_descriptor, bytes.data(), size_t(bytes.size()));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
+bool UpdateFile::synchronize()
+{
+    return ::fdatasync(m_descriptor) == 0;
+}
+
+quint64 UpdateFile::offset() const
+{
+    const off_t offset = ::lseek(m_descriptor, 0, SEEK_CUR);
+    return offset < 0 ? 0 : quint64(offset);
+}
+
+} // namespace kx
