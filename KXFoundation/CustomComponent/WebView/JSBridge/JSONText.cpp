@@ -94,15 +94,16 @@ public:
     }
 
 private:
-    // A number is an integer exactly if its integer value does not depend on the default that stands for "none".
+    // A number is an integer exactly if its integer value does not depend on the default that stands for "none". NaN
+    // has to go first: it passes for an integer.
     void writeNumber(qint64 integer, qint64 again, double real)
     {
-        if (integer == again && !(integer == 0 && std::signbit(real)))
-            m_out += QString::number(integer);
-        else if (std::isfinite(real))
-            m_out += QString::number(real, 'g', QLocale::FloatingPointShortest);
-        else
+        if (!std::isfinite(real))
             m_out += QLatin1String("null");
+        else if (integer == again)
+            m_out += QString::number(integer);
+        else
+            m_out += QString::number(real, 'g', QLocale::FloatingPointShortest);
     }
 
     void writeString(const QString &text)
