@@ -56,11 +56,11 @@ private:
     void read(QTcpSocket *socket);
     void answer(QTcpSocket *socket, const HttpRequest &request);
 
-    QTcpServer m_server;
     QHash<QByteArray, HttpResponse> m_responses;
     QHash<QTcpSocket *, QByteArray> m_buffers;
     QList<QByteArray> m_requests;
     Handler m_fallback;
+    QTcpServer m_server; ///< Goes first: its open connections report their end to what stands above.
 };
 
 } // namespace kx::test
