@@ -94,6 +94,7 @@ public:
 
     /// The message of packageCmd() alone: indented JSON that is safe inside a script (U+2028, U+2029 and lone
     /// surrogates are escaped). NaN, infinities and what nests deeper than NestingLimit below the message become null.
+    /// An object's member named "__proto__" becomes its prototype in the page, as in any script.
     [[nodiscard]] static QString _packageMessage(
         int kind, const QString &method, const QJsonValue &data, const QJsonValue &mid);
 
