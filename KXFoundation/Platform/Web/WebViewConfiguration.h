@@ -44,7 +44,7 @@ using ScriptMessageHandler = std::function<void(const ScriptMessage &)>;
 /// posts afterwards, and what it posted that has not been delivered yet, is dropped.
 class KX_WEB_EXPORT UserContentController {
 public:
-    /// Pages reach the handler as `webkit.messageHandlers.<name>.postMessage(value)`. A second handler of the same name
+    /// Pages reach the handler as `webkit.messageHandlers.NAME.postMessage(value)`. A second handler of the same name
     /// replaces the first. The controller keeps the handler, and all that it holds, alive.
     void addScriptMessageHandler(const ScriptMessageHandler &handler, const QString &name);
     void removeScriptMessageHandlerForName(const QString &name);
