@@ -5,6 +5,7 @@
 #include "LogStamp.h"
 
 #include <KXFoundation/Platform/Core/FileTree.h>
+#include <KXFoundation/Platform/Core/FormatText.h>
 #include <KXFoundation/Platform/Core/SerialQueue.h>
 #include <KXFoundation/Platform/Core/Terminal.h>
 
@@ -21,18 +22,14 @@ namespace {
 
 constexpr double fourteenDays = 1209600.0;
 
-QString formattedLine(const LogStamp &stamp, const char *tag, QStringView text)
+void startLine(kx::TextBuffer &line, const LogStamp &stamp, const char *tag)
 {
-    QString line;
-    line.reserve(qsizetype(stamp.text.size()) + text.size() + 32);
-    line += QStringView(stamp.text);
+    line.append(QStringView(stamp.text));
     if (tag && *tag) {
-        line += u'[';
-        line += QString::fromUtf8(tag);
-        line += u"] ";
+        line.append(u'[');
+        line.appendUtf8(tag);
+        line.append(u"] ");
     }
-    line += text;
-    return line;
 }
 
 } // namespace
@@ -62,30 +59,54 @@ bool KXLogger::isRecorded(qint32 type) const
     return quint32(logType()) <= quint32(type);
 }
 
-void KXLogger::writeArguments(qint32 type, const char *tag, const char *format, Arguments arguments)
+template <class Format> void KXLogger::writeFormatted(const char *tag, Format format, Arguments arguments)
 {
-    writeArguments(type, tag, QString::fromUtf8(format), arguments);
+    const LogStamp &stamp = LogStamp::now();
+    kx::TextBuffer line;
+    startLine(line, stamp, tag);
+    kx::appendFormatted(line, format, arguments);
+    record(line, stamp.terminal);
 }
 
-void KXLogger::writeArguments(qint32 type, const char *tag, QStringView format, Arguments arguments)
+void KXLogger::writeArguments(const char *tag, const char *format, Arguments arguments)
 {
-    writeLog(type, tag, kx::formatArguments(format, arguments));
+    writeFormatted(tag, format, arguments);
+}
+
+void KXLogger::writeArguments(const char *tag, QStringView format, Arguments arguments)
+{
+    writeFormatted(tag, format, arguments);
 }
 
 void KXLogger::writeLog(qint32 type, const char *tag, const QString &log)
 {
-    if (isRecorded(type))
-        writeLog(type, formattedLine(LogStamp::now(), tag, log.isNull() ? QStringView(u"(null)") : log));
+    if (!isRecorded(type))
+        return;
+    const LogStamp &stamp = LogStamp::now();
+    kx::TextBuffer line;
+    startLine(line, stamp, tag);
+    line.append(log.isNull() ? QStringView(u"(null)") : QStringView(log));
+    record(line, stamp.terminal);
 }
 
 void KXLogger::writeLog(qint32 type, const QString &line)
 {
     if (!isRecorded(type))
         return;
-    if (LogStamp::now().terminal)
-        kx::writeLineToStandardError(line);
-    if (!line.isEmpty())
-        addLogToMemoryQueue(line.endsWith(u'\n') ? line : QString(line + u'\n'), false);
+    kx::TextBuffer copy;
+    copy.append(QStringView(line));
+    record(copy, LogStamp::now().terminal);
+}
+
+void KXLogger::record(kx::TextBuffer &line, bool terminal)
+{
+    if (terminal)
+        kx::writeLineToStandardError(line.view());
+    if (line.view().isEmpty())
+        return;
+    if (line.view().back() != u'\n')
+        line.append(u'\n');
+    m_private->batches->add(line.view(), false);
 }
 
 void KXLogger::addLogToMemoryQueue(const QString &line, bool force)

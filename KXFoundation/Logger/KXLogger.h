@@ -11,6 +11,7 @@
 
 namespace kx {
 class SerialQueue;
+class TextBuffer;
 class UpdateFile;
 } // namespace kx
 
@@ -52,7 +53,7 @@ public:
     {
         if (isRecorded(type)) {
             const std::array<kx::FormatArgument, sizeof...(Values)> list{kx::FormatArgument(values)...};
-            writeArguments(type, tag, format, list);
+            writeArguments(tag, format, list);
         }
     }
     template <class... Values>
@@ -60,7 +61,7 @@ public:
     {
         if (isRecorded(type)) {
             const std::array<kx::FormatArgument, sizeof...(Values)> list{kx::FormatArgument(values)...};
-            writeArguments(type, tag, format, list);
+            writeArguments(tag, format, list);
         }
     }
 
@@ -154,10 +155,13 @@ public:
     void setLogBasePath(const QString &directory);
 
 private:
-    [[nodiscard]] bool isRecorded(qint32 type) const;
     using Arguments = std::span<const kx::FormatArgument>;
-    void writeArguments(qint32 type, const char *tag, const char *format, Arguments arguments);
-    void writeArguments(qint32 type, const char *tag, QStringView format, Arguments arguments);
+
+    [[nodiscard]] bool isRecorded(qint32 type) const;
+    void writeArguments(const char *tag, const char *format, Arguments arguments);
+    void writeArguments(const char *tag, QStringView format, Arguments arguments);
+    template <class Format> void writeFormatted(const char *tag, Format format, Arguments arguments);
+    void record(kx::TextBuffer &line, bool terminal);
 
     struct Private;
     std::unique_ptr<Private> m_private;

@@ -4,6 +4,8 @@
 #include <KXFoundation/Platform/Core/SerialQueue.h>
 #include <KXFoundation/Platform/Core/UpdateFile.h>
 
+#include <QtCore/QStringConverter>
+
 #include <utility>
 
 namespace {
@@ -104,6 +106,10 @@ void LogBatches::run(const std::shared_ptr<Waiting> &waiting)
         m_open.reset();
     const qsizetype count = waiting ? waiting->lines.count() : 0;
     qsizetype taken = 0;
+    if (count > 0 && m_memory.count() == 0) { // the usual case: nothing to copy while callers wait for the lock
+        std::swap(m_memory, waiting->lines);
+        taken = count;
+    }
     do {
         while (taken < count && m_memory.count() < linesPerBatch)
             m_memory.append(waiting->lines.line(taken++));
@@ -124,8 +130,13 @@ void LogBatches::write(const LogLines &batch)
     const std::shared_ptr<kx::UpdateFile> file = files.file();
     if (!file)
         return;
-    for (qsizetype i = 0; i < batch.count(); ++i)
-        file->write(batch.line(i).toUtf8());
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    for (qsizetype i = 0; i < batch.count(); ++i) {
+        const QStringView line = batch.line(i);
+        m_bytes.resize(encoder.requiredSpace(line.size()));
+        const char *end = encoder.appendToBuffer(m_bytes.data(), line);
+        file->write({m_bytes.constData(), end});
+    }
     file->synchronize();
     if (file->offset() >= limitInBytes(maxFileSize.load(std::memory_order_relaxed)))
         files.release(file);

@@ -4,6 +4,7 @@
 #include "LogFiles.h"
 #include "LogLines.h"
 
+#include <QtCore/QByteArray>
 #include <QtCore/QStringList>
 
 #include <atomic>
@@ -51,6 +52,7 @@ private:
     mutable std::mutex m_mutex;
     std::shared_ptr<kx::SerialQueue> m_queue;
     LogLines m_memory;
-    LogLines m_batch; // belongs to the running operation
+    LogLines m_batch; // this and the next belong to the running operation
+    QByteArray m_bytes;
     std::shared_ptr<Waiting> m_open; // the newest operation, as long as it can take more lines
 };

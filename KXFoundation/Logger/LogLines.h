@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QStringView>
 
+#include <string>
 #include <vector>
 
 /// Lines packed one behind the other, so that adding one seldom allocates.
@@ -10,23 +11,24 @@ class LogLines {
 public:
     void append(QStringView line)
     {
-        m_text += line;
+        m_text.append(line.utf16(), std::size_t(line.size()));
         m_ends.push_back(m_text.size());
     }
     [[nodiscard]] qsizetype count() const { return qsizetype(m_ends.size()); }
     [[nodiscard]] QStringView line(qsizetype index) const
     {
-        const qsizetype start = index ? m_ends[std::size_t(index - 1)] : 0;
-        return QStringView(m_text).sliced(start, m_ends[std::size_t(index)] - start);
+        const auto i = std::size_t(index);
+        const std::size_t start = i ? m_ends[i - 1] : 0;
+        return QStringView(m_text.data() + start, qsizetype(m_ends[i] - start));
     }
     /// Keeps the memory.
     void clear()
     {
-        m_text.resize(0);
+        m_text.clear();
         m_ends.clear();
     }
 
 private:
-    QString m_text;
-    std::vector<qsizetype> m_ends;
+    std::u16string m_text;
+    std::vector<std::size_t> m_ends; // of each line in the text
 };

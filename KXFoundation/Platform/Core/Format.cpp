@@ -1,331 +1,182 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/Format.h>
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
-
-#include <QtCore/QLocale>
-#include <QtCore/QVariant>
+#include "FormatText.h"
+#include "FormatValue.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace kx {
 
 namespace {
 
-const QString absentText = QStringLiteral("(null)");
+// Literal runs are short: a plain loop beats a call of the library's search.
+template <class View> qsizetype indexOfPercent(View text, qsizetype from)
+{
+    for (qsizetype i = from; i < text.size(); ++i) {
+        if (text.data()[i] == u'%')
+            return i;
+    }
+    return -1;
+}
 
-// A width or precision beyond this is cut, so that a hostile format cannot exhaust memory.
-constexpr int widestField = 4096;
+// A set of ASCII characters that is asked without a search.
+class Letters {
+public:
+    constexpr explicit Letters(std::string_view letters)
+    {
+        for (const char letter : letters)
+            m_bits[std::size_t(letter) / 64] |= quint64(1) << (letter % 64);
+    }
+    [[nodiscard]] constexpr bool contains(char16_t unit) const
+    {
+        return unit < 128 && (m_bits[unit / 64] >> (unit % 64) & 1);
+    }
 
-struct Conversion {
-    bool left = false, plus = false, blank = false, alternate = false, zero = false;
-    int width = 0;
-    int precision = -1; // -1: none given
-    char16_t letter = 0;
+private:
+    std::array<quint64, 2> m_bits{};
 };
 
-QString padded(const Conversion &conversion, QString body, qsizetype signLength, bool zeroAllowed)
+constexpr Letters lengthModifiers("hljztqL");
+constexpr Letters conversions("@diuxXoDUOcCsSfFeEgGaAp");
+
+void appendLiteral(TextBuffer &out, QStringView text)
 {
-    const qsizetype missing = conversion.width - body.size();
-    if (missing <= 0)
-        return body;
-    if (conversion.left)
-        return body + QString(missing, u' ');
-    if (conversion.zero && zeroAllowed)
-        return body.insert(signLength, QString(missing, u'0'));
-    return QString(missing, u' ') + body;
+    out.append(text);
 }
 
-QString signText(const Conversion &conversion, bool negative)
+void appendLiteral(TextBuffer &out, QByteArrayView text)
 {
-    return negative ? QStringLiteral("-") : conversion.plus ? QStringLiteral("+") : conversion.blank ? QStringLiteral(" ") : QString();
+    out.appendUtf8(text);
 }
 
-} // namespace
-
-class Formatter {
+// Everything but literal text is ASCII, so UTF-16 and UTF-8 formats are read by the same steps.
+template <class View> class Formatter {
 public:
-    Formatter(QStringView format, std::span<const FormatArgument> arguments)
-        : m_format(format)
+    Formatter(TextBuffer &out, View format, std::span<const FormatArgument> arguments)
+        : m_out(out)
+        , m_format(format)
         , m_arguments(arguments)
     {
     }
 
-    QString run()
+    void run()
     {
-        m_out.reserve(m_format.size() + 32);
-        qsizetype at = 0;
-        while (at < m_format.size()) {
-            const qsizetype percent = m_format.indexOf(u'%', at);
-            if (percent < 0)
-                break;
-            m_out += m_format.sliced(at, percent - at);
-            at = convert(percent);
+        qsizetype percent;
+        while ((percent = indexOfPercent(m_format, m_at)) >= 0) {
+            appendLiteral(m_out, m_format.sliced(m_at, percent - m_at));
+            m_at = percent + 1;
+            if (!convert())
+                appendLiteral(m_out, m_format.sliced(percent, m_at - percent)); // stands as it is
         }
-        m_out += m_format.sliced(std::min(at, m_format.size()));
-        return m_out;
+        appendLiteral(m_out, m_format.sliced(m_at));
     }
 
 private:
-    using Kind = FormatArgument::Kind;
-
-    // Handles the conversion that starts at `start` (a "%"); returns where the text goes on.
-    qsizetype convert(qsizetype start)
+    // Reads the conversion behind a "%" and prints it; false when there is nothing to print.
+    bool convert()
     {
-        qsizetype at = start + 1;
-        const auto peek = [&] { return at < m_format.size() ? m_format[at].unicode() : char16_t(0); };
         if (peek() == u'%') {
-            m_out += u'%';
-            return at + 1;
+            ++m_at;
+            m_out.append(u'%');
+            return true;
         }
-        Conversion conversion;
-        for (bool more = true; more;) {
-            switch (peek()) {
-            case u'-': conversion.left = true; break;
-            case u'+': conversion.plus = true; break;
-            case u' ': conversion.blank = true; break;
-            case u'#': conversion.alternate = true; break;
-            case u'0': conversion.zero = true; break;
-            default: more = false; continue;
-            }
-            ++at;
-        }
-        const auto number = [&](int absent) {
-            if (peek() == u'*') {
-                ++at;
-                const FormatArgument *argument = next();
-                return argument ? int(std::clamp<qint64>(signedValue(*argument), -widestField, widestField)) : absent;
-            }
-            int value = absent;
-            for (; peek() >= u'0' && peek() <= u'9'; ++at)
-                value = std::min(std::max(value, 0) * 10 + (peek() - u'0'), widestField);
-            return value;
-        };
-        conversion.width = number(0);
-        if (conversion.width < 0) {
-            conversion.left = true;
-            conversion.width = -conversion.width;
+        FormatField field;
+        readFlags(field);
+        field.width = readNumber(0);
+        if (field.width < 0) {
+            field.left = true;
+            field.width = -field.width;
         }
         if (peek() == u'.') {
-            ++at;
-            conversion.precision = number(0);
+            ++m_at;
+            field.precision = readNumber(0);
         }
-        while (at < m_format.size() && QStringView(u"hljztqL").contains(m_format[at]))
-            ++at;
-        conversion.letter = peek();
-        if (at < m_format.size())
-            ++at;
-        static constexpr QStringView known = u"@diuxXoDUOcCsSfFeEgGaAp";
-        const FormatArgument *argument = conversion.letter && known.contains(QChar(conversion.letter)) ? next() : nullptr;
+        while (lengthModifiers.contains(peek()))
+            ++m_at;
+        field.letter = peek();
+        if (m_at < m_format.size() && field.letter < 0x80)
+            ++m_at;
+        if (!conversions.contains(field.letter))
+            return false;
+        const FormatArgument *argument = next();
         if (argument)
-            append(conversion, *argument);
+            FormatValue(*argument).append(m_out, field);
+        return argument;
+    }
+
+    void readFlags(FormatField &field)
+    {
+        for (;; ++m_at) {
+            switch (peek()) {
+            case u'-': field.left = true; break;
+            case u'+': field.plus = true; break;
+            case u' ': field.blank = true; break;
+            case u'#': field.alternate = true; break;
+            case u'0': field.zero = true; break;
+            default: return;
+            }
+        }
+    }
+
+    int readNumber(int absent)
+    {
+        if (peek() == u'*') {
+            ++m_at;
+            const FormatArgument *argument = next();
+            constexpr qint64 widest = FormatField::widest;
+            return argument ? int(std::clamp(FormatValue(*argument).toSigned(), -widest, widest)) : absent;
+        }
+        int value = absent;
+        for (; peek() >= u'0' && peek() <= u'9'; ++m_at)
+            value = std::min(value * 10 + (peek() - u'0'), FormatField::widest);
+        return value;
+    }
+
+    // 0 at the end; bytes of a longer UTF-8 sequence come out above 0x7F.
+    [[nodiscard]] char16_t peek() const
+    {
+        if (m_at >= m_format.size())
+            return 0;
+        if constexpr (std::is_same_v<View, QStringView>)
+            return m_format[m_at].unicode();
         else
-            m_out += m_format.sliced(start, at - start);
-        return at;
+            return static_cast<unsigned char>(m_format[m_at]);
     }
 
     const FormatArgument *next() { return m_next < m_arguments.size() ? &m_arguments[m_next++] : nullptr; }
 
-    static bool isInteger(const FormatArgument &argument)
-    {
-        return argument.m_kind == Kind::Signed || argument.m_kind == Kind::Unsigned || argument.m_kind == Kind::Bool
-            || argument.m_kind == Kind::Pointer;
-    }
-
-    // The value as a signed number of the argument's own width, as printf reads it for %d.
-    static qint64 signedValue(const FormatArgument &argument)
-    {
-        if (argument.m_kind == Kind::Real) {
-            const double value = argument.m_real;
-            if (std::isnan(value))
-                return 0;
-            if (value >= 9223372036854775808.0)
-                return std::numeric_limits<qint64>::max();
-            if (value < -9223372036854775808.0)
-                return std::numeric_limits<qint64>::min();
-            return qint64(value);
-        }
-        switch (argument.m_size) {
-        case 1: return argument.m_kind == Kind::Signed ? qint8(argument.m_integer) : qint64(argument.m_integer);
-        case 2: return argument.m_kind == Kind::Signed ? qint16(argument.m_integer) : qint64(argument.m_integer);
-        case 4: return qint32(argument.m_integer);
-        default: return qint64(argument.m_integer);
-        }
-    }
-
-    static quint64 unsignedValue(const FormatArgument &argument)
-    {
-        if (argument.m_kind == Kind::Real)
-            return quint64(signedValue(argument));
-        return argument.m_size < 8 && argument.m_size >= 4 ? quint32(argument.m_integer)
-            : argument.m_size < 4 && argument.m_kind == Kind::Signed ? quint32(signedValue(argument)) // promoted to int
-                                                                      : argument.m_integer;
-    }
-
-    static double realValue(const FormatArgument &argument)
-    {
-        if (argument.m_kind == Kind::Real)
-            return argument.m_real;
-        return argument.m_kind == Kind::Signed ? double(signedValue(argument)) : double(argument.m_integer);
-    }
-
-    static QString plainText(const FormatArgument &argument)
-    {
-        switch (argument.m_kind) {
-        case Kind::Bool: return QString::number(argument.m_integer);
-        case Kind::Signed: return QString::number(signedValue(argument));
-        case Kind::Unsigned: return QString::number(argument.m_integer);
-        case Kind::Real: return QString::number(argument.m_real, 'g', QLocale::FloatingPointShortest);
-        case Kind::Pointer: return u"0x" + QString::number(argument.m_integer, 16);
-        case Kind::Text: break;
-        }
-        return argument.m_text.isNull() ? absentText : argument.m_text;
-    }
-
-    void append(const Conversion &conversion, const FormatArgument &argument)
-    {
-        const bool number = isInteger(argument) || argument.m_kind == Kind::Real;
-        switch (conversion.letter) {
-        case u'd':
-        case u'D':
-        case u'i':
-            if (number)
-                return appendInteger(conversion, argument);
-            break;
-        case u'u':
-        case u'U':
-        case u'x':
-        case u'X':
-        case u'o':
-        case u'O':
-            if (number)
-                return appendUnsigned(conversion, argument);
-            break;
-        case u'c':
-        case u'C':
-            if (isInteger(argument)) {
-                m_out += padded(conversion, QString(QChar(char16_t(argument.m_integer))), 0, false);
-                return;
-            }
-            break;
-        case u'p':
-            if (isInteger(argument)) {
-                m_out += padded(conversion, u"0x" + QString::number(argument.m_integer, 16), 2, false);
-                return;
-            }
-            break;
-        case u's':
-        case u'S':
-        case u'@':
-            break;
-        default:
-            if (number)
-                return appendReal(conversion, realValue(argument));
-            break;
-        }
-        QString text = plainText(argument);
-        if (conversion.precision >= 0)
-            text.truncate(conversion.precision);
-        m_out += padded(conversion, text, 0, false);
-    }
-
-    void appendInteger(const Conversion &conversion, const FormatArgument &argument)
-    {
-        const qint64 value = signedValue(argument);
-        const bool negative = value < 0;
-        const quint64 magnitude = negative ? 0 - quint64(value) : quint64(value);
-        appendDigits(conversion, signText(conversion, negative), QString::number(magnitude));
-    }
-
-    void appendUnsigned(const Conversion &conversion, const FormatArgument &argument)
-    {
-        const quint64 value = unsignedValue(argument);
-        const char16_t letter = conversion.letter;
-        QString digits = letter == u'u' || letter == u'U' ? QString::number(value)
-            : letter == u'o' || letter == u'O'            ? QString::number(value, 8)
-                                                          : QString::number(value, 16);
-        if (letter == u'X')
-            digits = digits.toUpper();
-        QString prefix;
-        if (conversion.alternate && value != 0) {
-            if (letter == u'x' || letter == u'X')
-                prefix = letter == u'x' ? QStringLiteral("0x") : QStringLiteral("0X");
-            else if (letter == u'o' || letter == u'O')
-                digits.prepend(u'0');
-        }
-        appendDigits(conversion, prefix, digits);
-    }
-
-    void appendDigits(const Conversion &conversion, const QString &prefix, QString digits)
-    {
-        if (conversion.precision == 0 && digits == u"0")
-            digits.clear();
-        if (digits.size() < conversion.precision)
-            digits.prepend(QString(conversion.precision - digits.size(), u'0'));
-        m_out += padded(conversion, prefix + digits, prefix.size(), conversion.precision < 0);
-    }
-
-    void appendReal(const Conversion &conversion, double value)
-    {
-        const char16_t lower = conversion.letter | 0x20;
-        const bool upper = conversion.letter != lower;
-        const QString sign = signText(conversion, std::signbit(value));
-        QString body;
-        if (!std::isfinite(value)) {
-            body = std::isnan(value) ? QStringLiteral("nan") : QStringLiteral("inf");
-        } else if (lower == u'a') {
-            const int precision = conversion.precision;
-            body = precision < 0 ? QString::asprintf("%a", std::fabs(value))
-                                 : QString::asprintf("%.*a", precision, std::fabs(value));
-        } else {
-            const int precision = conversion.precision < 0 ? 6 : conversion.precision;
-            body = QString::number(std::fabs(value), char(lower), lower == u'g' && precision == 0 ? 1 : precision);
-        }
-        if (upper)
-            body = body.toUpper();
-        m_out += padded(conversion, sign + body, sign.size(), std::isfinite(value));
-    }
-
-    QStringView m_format;
+    TextBuffer &m_out;
+    View m_format;
     std::span<const FormatArgument> m_arguments;
     std::size_t m_next = 0;
-    QString m_out;
+    qsizetype m_at = 0;
 };
+
+} // namespace
+
+void appendFormatted(TextBuffer &out, QStringView format, std::span<const FormatArgument> arguments)
+{
+    Formatter(out, format, arguments).run();
+}
+
+void appendFormatted(TextBuffer &out, const char *utf8Format, std::span<const FormatArgument> arguments)
+{
+    Formatter(out, QByteArrayView(utf8Format), arguments).run();
+}
 
 QString formatArguments(QStringView format, std::span<const FormatArgument> arguments)
 {
-    return Formatter(format, arguments).run();
+    TextBuffer out;
+    appendFormatted(out, format, arguments);
+    return out.view().toString();
 }
 
-QString describe(const QString &text)
+QString formatArguments(const char *format, std::span<const FormatArgument> arguments)
 {
-    return text.isNull() ? absentText : text;
-}
-
-QString describe(const QUrl &url)
-{
-    return url.isEmpty() ? absentText : url.toString(QUrl::FullyEncoded);
-}
-
-QString describe(const QStringList &list)
-{
-    return u"(" + list.join(u", ") + u")";
-}
-
-QString describe(const QJsonValue &value)
-{
-    switch (value.type()) {
-    case QJsonValue::Null:
-    case QJsonValue::Undefined: return absentText;
-    case QJsonValue::String: return value.toString();
-    case QJsonValue::Object: return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact));
-    case QJsonValue::Array: return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
-    default: return value.toVariant().toString();
-    }
+    TextBuffer out;
+    appendFormatted(out, format, arguments);
+    return out.view().toString();
 }
 
 } // namespace kx

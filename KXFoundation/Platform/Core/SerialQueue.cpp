@@ -3,9 +3,11 @@
 
 #include <KXFoundation/Platform/Core/Threads.h>
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <limits>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -19,18 +21,30 @@ struct SerialQueue::Core {
         Operation operation;
     };
 
+    static constexpr quint64 nobodyWaits = std::numeric_limits<quint64>::max();
+
     std::mutex mutex;
     std::condition_variable work; // something was added, or the queue goes away
     std::condition_variable progress; // something finished or was cancelled
     std::deque<Entry> waiting;
     quint64 added = 0; // number of the newest entry
     quint64 running = 0; // number of the running entry, 0 for none
+    quint64 awaited = nobodyWaits; // smallest number that somebody waits for
     bool stopping = false;
     std::atomic<qsizetype> count = 0;
     std::thread thread;
 
     // Every entry up to this number is done with.
     quint64 settled() const { return running ? running - 1 : waiting.empty() ? added : waiting.front().number - 1; }
+
+    // Wakes who waits only when that brings somebody on: waking costs more than a short operation.
+    void tellProgress()
+    {
+        if (settled() < awaited)
+            return;
+        awaited = nobodyWaits; // those who are not served yet say so again
+        progress.notify_all();
+    }
 
     void run()
     {
@@ -49,7 +63,7 @@ struct SerialQueue::Core {
             lock.lock();
             running = 0;
             count.fetch_sub(1, std::memory_order_release);
-            progress.notify_all();
+            tellProgress();
         }
     }
 };
@@ -97,7 +111,7 @@ void SerialQueue::cancelAllOperations()
     const std::lock_guard lock(m_core->mutex);
     cancelled.swap(m_core->waiting);
     m_core->count.fetch_sub(qsizetype(cancelled.size()), std::memory_order_release);
-    m_core->progress.notify_all();
+    m_core->tellProgress();
 }
 
 void SerialQueue::waitUntilAllOperationsAreFinished()
@@ -105,7 +119,11 @@ void SerialQueue::waitUntilAllOperationsAreFinished()
     std::unique_lock lock(m_core->mutex);
     if (m_core->thread.get_id() == std::this_thread::get_id())
         return;
-    m_core->progress.wait(lock, [this, last = m_core->added] { return m_core->settled() >= last; });
+    const quint64 last = m_core->added;
+    while (m_core->settled() < last) {
+        m_core->awaited = std::min(m_core->awaited, last);
+        m_core->progress.wait(lock);
+    }
 }
 
 qsizetype SerialQueue::operationCount() const
