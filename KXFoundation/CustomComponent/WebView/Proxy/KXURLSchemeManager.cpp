@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 
-#include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
+#include <KXFoundation/Platform/Web/WebEngine.h>
 
 #include <utility>
 
@@ -26,7 +26,7 @@ KXURLSchemeManager &KXURLSchemeManager::sharedManager()
 void KXURLSchemeManager::setProxySchemes(const QStringList &proxySchemes)
 {
     m_proxySchemes = proxySchemes;
-    kx::registerSchemes(proxySchemes);
+    kx::WebEngine::real().registerSchemes(proxySchemes);
 }
 
 void KXURLSchemeManager::setStartRequestBlock(RequestBlock startRequestBlock)
