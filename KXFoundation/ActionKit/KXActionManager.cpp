@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/ActionKit/KXActionManager.h>
+
+#include <KXFoundation/ActionKit/KXActionItem.h>
+#include <KXFoundation/ActionKit/KXActionProcessor.h>
+#include <KXFoundation/Platform/Core/Format.h>
+#include <KXFoundation/Platform/Core/Strings.h>
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Processors = std::vector<std::shared_ptr<KXActionProcessor>>; // newest first
+
+// Never destroyed: a thread may still dispatch while the process ends.
+std::atomic<std::shared_ptr<const Processors>> &registry()
+{
+    static auto &list = *new std::atomic<std::shared_ptr<const Processors>>(std::make_shared<const Processors>());
+    return list;
+}
+
+std::atomic<std::shared_ptr<const QString>> &domain()
+{
+    static auto &name = *new std::atomic<std::shared_ptr<const QString>>;
+    return name;
+}
+
+bool fail(KXError *error, KXActionManager::ErrorCode code, const QString &description)
+{
+    if (error)
+        *error = {KXActionManager::errorDomain(), code, description, {}};
+    return false;
+}
+
+} // namespace
+
+void KXActionManager::registerProcessor(const std::shared_ptr<KXActionProcessor> &processor)
+{
+    if (processor)
+        registerProcessorForScheme(processor, processor->scheme());
+}
+
+void KXActionManager::registerProcessorForScheme(
+    const std::shared_ptr<KXActionProcessor> &processor, const QString & /*forScheme*/)
+{
+    if (!processor)
+        return;
+    std::shared_ptr<const Processors> current = registry().load();
+    std::shared_ptr<const Processors> next;
+    do { // again when another thread has registered meanwhile
+        auto list = std::make_shared<Processors>();
+        list->reserve(current->size() + 1);
+        list->push_back(processor);
+        list->insert(list->end(), current->begin(), current->end());
+        next = std::move(list);
+    } while (!registry().compare_exchange_weak(current, next));
+}
+
+bool KXActionManager::handleActionWithURL(const QString &url, KXError *error)
+{
+    const std::optional<KXActionItem> item = KXActionItem::actionItemWithString(url);
+    if (!item)
+        return fail(error, CannotDispatch, QStringLiteral("URL 不合法！"));
+    return handleActionWithItem(&*item, error);
+}
+
+bool KXActionManager::handleActionWithItem(const KXActionItem *item, KXError *error)
+{
+    if (!item)
+        return fail(error, NoItem, QStringLiteral("item 不能为空！"));
+    const QString &scheme = item->scheme();
+    const std::shared_ptr<const Processors> processors = registry().load();
+    // An absent scheme is nobody's. The first match decides, even if it has no handler.
+    const auto chosen = std::find_if(processors->begin(), processors->end(),
+        [&](const auto &processor) { return !scheme.isNull() && kx::same(processor->scheme(), scheme); });
+    if (chosen == processors->end())
+        return fail(error, CannotDispatch, kx::format(u"can't find match Processor for [%@]！", scheme));
+    const KXActionProcessor::Handler handler = (*chosen)->handlerForPath(item->path());
+    if (!handler)
+        return fail(error, CannotDispatch,
+            kx::format(u"can't find match Handler for [%@://action.cmd%@]！", scheme, item->path()));
+    handler(*item);
+    return true;
+}
+
+QString KXActionManager::errorDomain()
+{
+    const std::shared_ptr<const QString> given = domain().load();
+    return given ? *given : QStringLiteral("example.kxfoundation.action");
+}
+
+void KXActionManager::setErrorDomain(const QString &name)
+{
+    domain().store(name.isEmpty() ? nullptr : std::make_shared<const QString>(name));
+}
