@@ -48,7 +48,7 @@ void receive(benchmark::State &state)
     bridge.registerMethod(QStringLiteral("updateClips"),
         [&received](const QJsonValue &parameters, const auto &) { received += parameters.isArray(); });
     const KXWebViewJSBridge::ReplySender sender = [](const QString &) {};
-    for (auto _ : state)
+    while (state.KeepRunning())
         bridge.handleH5Message(text, sender);
     if (received != qint64(state.iterations()))
         state.SkipWithError("a message was lost");
@@ -58,7 +58,7 @@ void receivePeer(benchmark::State &state)
 {
     const QString text =
         QString::fromUtf8(QJsonDocument(message(QStringLiteral("method"))).toJson(QJsonDocument::Compact));
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(QJsonDocument::fromJson(text.toUtf8()).toVariant());
 }
 
@@ -67,14 +67,14 @@ void send(benchmark::State &state)
 {
     const QJsonValue data = clips();
     const QString method = QStringLiteral("updateClips");
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(KXWebViewJSBridge::packageCmd(KXWebViewJSBridge::HandlerMessage, method, data, 42));
 }
 
 void sendPeer(benchmark::State &state)
 {
     const QJsonDocument document(message(QStringLiteral("handler")));
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(document.toJson(QJsonDocument::Indented));
 }
 

@@ -241,7 +241,7 @@ private:
     void newLine(bool first)
     {
         m_out.add(first ? u"\n" : u",\n");
-        m_out.addBlanks(4 * m_depth);
+        m_out.addBlanks(qsizetype(4) * m_depth);
     }
 
     TextBuffer m_out;
