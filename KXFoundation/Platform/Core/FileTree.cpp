@@ -4,7 +4,6 @@
 #include <QtCore/QFile>
 
 #include <filesystem>
-#include <system_error>
 
 #include <sys/stat.h>
 
@@ -63,11 +62,14 @@ std::optional<std::chrono::system_clock::time_point> modificationTime(const QStr
         std::chrono::duration_cast<std::chrono::system_clock::duration>(sinceEpoch));
 }
 
-bool makeDirectories(const QString &path)
+std::error_code makeDirectories(const QString &path)
 {
-    std::error_code error;
-    std::filesystem::create_directories(nativePath(path), error);
-    return std::filesystem::is_directory(nativePath(path), error);
+    std::error_code failure;
+    std::filesystem::create_directories(nativePath(path), failure);
+    std::error_code unreadable;
+    if (std::filesystem::is_directory(nativePath(path), unreadable))
+        return {};
+    return failure ? failure : std::make_error_code(std::errc::not_a_directory);
 }
 
 void removeTree(const QString &path)

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <optional>
+#include <system_error>
 
 namespace kx {
 
@@ -21,8 +22,8 @@ namespace kx {
 /// When the entry itself (a link, not what it leads to) was last changed; none when there is no such entry.
 [[nodiscard]] std::optional<std::chrono::system_clock::time_point> modificationTime(const QString &path);
 
-/// Makes the directory with its missing parents. False when it is not there afterwards.
-bool makeDirectories(const QString &path);
+/// Makes the directory with its missing parents. Success when it is there afterwards, made or not.
+std::error_code makeDirectories(const QString &path);
 
 /// Removes the entry with all its contents. Links are removed, never followed. Stops at the first failure.
 void removeTree(const QString &path);

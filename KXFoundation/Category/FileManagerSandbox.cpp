@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Category/FileManagerSandbox.h>
+
+#include <KXFoundation/Platform/Core/FileTree.h>
+
+#include <QtCore/QFileInfo>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+// A link's name with a "/" behind it means the directory that the link leads to.
+QString withoutTrailingSlashes(QString path)
+{
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    return path;
+}
+
+// What the system would cut off or refuse, before anything is removed for it.
+bool isUsable(const QString &path)
+{
+    return !path.isEmpty() && !path.contains(QChar(0));
+}
+
+} // namespace
+
+std::optional<KXError> kx_mkdirP(const QString &directoryPath)
+{
+    if (!isUsable(directoryPath))
+        return KXError::fromErrno(EINVAL);
+    const QString path = withoutTrailingSlashes(directoryPath);
+    if (QFileInfo(path).isDir())
+        return std::nullopt;
+    if (kx::somethingExists(path))
+        kx::removeTree(path);
+    if (const std::error_code failure = kx::makeDirectories(path))
+        return KXError::fromErrno(failure.default_error_condition().value());
+    return std::nullopt;
+}
+
+std::optional<KXError> kx_rm_mkdirP(const QString &directoryPath)
+{
+    if (!isUsable(directoryPath))
+        return KXError::fromErrno(EINVAL);
+    kx::removeTree(withoutTrailingSlashes(directoryPath));
+    return kx_mkdirP(directoryPath);
+}
+
+QString kx_DirWithTypeWithPathComponents(QStandardPaths::StandardLocation type, const QStringList &withPathComponents)
+{
+    QString path = QStandardPaths::writableLocation(type);
+    if (path.isEmpty())
+        return {};
+    for (QStringView component : withPathComponents) {
+        while (component.startsWith(u'/'))
+            component = component.sliced(1);
+        path = withoutTrailingSlashes(kx::childPath(path, component));
+    }
+    return kx_mkdirP(path) ? QString() : path;
+}
+
+QString kx_DirWithTypeWithPathComponent(QStandardPaths::StandardLocation type, const QString &withPathComponent)
+{
+    return kx_DirWithTypeWithPathComponents(
+        type, withPathComponent.isNull() ? QStringList() : QStringList{withPathComponent});
+}
