@@ -10,8 +10,10 @@ shift 3
 owners() {
     local library
     for library in "$@"; do
-        # Weak and unique symbols are inline or template code that every user of a header emits too.
-        "$nm" -D --defined-only "$library" | awk '$2 !~ /^[WVuw]$/ {print $3}' | "$cxxfilt"
+        # Weak and unique symbols are inline or template code that every user of a header emits too; the linker adds
+        # the ends of its sections by itself.
+        "$nm" -D --defined-only "$library" |
+            awk '$2 !~ /^[WVuw]$/ && $3 !~ /^(__bss_start|_edata|_end)$/ {print $3}' | "$cxxfilt"
     done |
         sed -E -e 's/@.*$//' \
             -e 's/^(vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk|covariant return thunk) (for|to) //' \

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/KXUIExport.h>
+#include <KXFoundation/Platform/UI/ViewInterface.h>
+
+#include <QtCore/QEvent>
+#include <QtWidgets/QWidget>
+
+#include <utility>
+
+namespace kx {
+
+/// A view that is a widget of class `Base` (QWidget or a subclass of it). Concrete classes derive from this and carry
+/// the Q_OBJECT macro.
+template <class Base> class KX_UI_EXPORT ViewOn : public Base, public ViewInterface {
+public:
+    template <class... Arguments>
+    explicit ViewOn(Arguments &&...arguments)
+        : Base(std::forward<Arguments>(arguments)...)
+        , ViewInterface(static_cast<QWidget &>(*this))
+    {
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        const bool handled = Base::event(event);
+        viewEvent(*event);
+        return handled;
+    }
+};
+
+} // namespace kx

@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/View.h>
+
+#include <QtTest/QTest>
+#include <QtWidgets/QBoxLayout>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Is hit at one point only, given as it arrives.
+class Dot : public kx::View {
+public:
+    using kx::View::View;
+    kx::ViewInterface *hitTest(const QPointF &point) override
+    {
+        asked = point;
+        return point == QPointF(12, 12) ? this : nullptr;
+    }
+    QPointF asked;
+};
+
+constexpr auto fills = kx::Autoresizing::Width | kx::Autoresizing::Height;
+
+} // namespace
+
+class ViewTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+
+    void startsEmptyAndUnparented();
+    void placesItsFrameFromTheBottomLeft();
+    void placesItsFrameFromTheBottomLeftOfAPlainWidget();
+    void roundsTheEdgesOfAFrame();
+    void keepsItsPositionWithoutAParent();
+    void keepsTheFrameWhenAdded();
+    void ownsWhatItAdds();
+    void givesUpWhatIsRemoved();
+    void listsSubviewsFromBelow();
+    void isHiddenOnlyWhenHiddenOnPurpose();
+    void addingDoesNotShowAHiddenView();
+    void keepsSubviewsAtTheBottomLeftWhenItGrows();
+    void resizesSubviewsWhileItIsNotShown();
+    void resizesSubviewsThroughSeveralLevels();
+    void leavesSubviewsInALayoutAlone();
+    void hitsTheTopmostView();
+    void hitsNothingOutsideOrHidden();
+    void asksInTheCoordinatesOfTheSuperview();
+
+private:
+    std::unique_ptr<kx::View> m_root;
+};
+
+void ViewTest::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    m_root = std::make_unique<kx::View>();
+    m_root->setFrame(QRectF(0, 0, 200, 100));
+}
+
+void ViewTest::startsEmptyAndUnparented()
+{
+    const kx::View view;
+    QCOMPARE(view.frame(), QRectF(0, 0, 0, 0));
+    QCOMPARE(view.bounds(), QRectF(0, 0, 0, 0));
+    QCOMPARE(view.superview(), nullptr);
+    QVERIFY(view.subviews().isEmpty());
+    QCOMPARE(view.autoresizingMask(), kx::AutoresizingMask(kx::Autoresizing::None));
+}
+
+void ViewTest::placesItsFrameFromTheBottomLeft()
+{
+    kx::View view(m_root.get());
+    view.setFrame(QRectF(10, 20, 30, 40));
+    QCOMPARE(view.frame(), QRectF(10, 20, 30, 40));
+    QCOMPARE(view.bounds(), QRectF(0, 0, 30, 40));
+    QCOMPARE(view.geometry(), QRect(10, 40, 30, 40));
+}
+
+void ViewTest::placesItsFrameFromTheBottomLeftOfAPlainWidget()
+{
+    QWidget plain;
+    plain.resize(200, 100);
+    kx::View view(&plain);
+    view.setFrame(QRectF(10, 20, 30, 40));
+    QCOMPARE(view.frame(), QRectF(10, 20, 30, 40));
+    QCOMPARE(view.geometry(), QRect(10, 40, 30, 40));
+    QCOMPARE(view.superview(), nullptr);
+}
+
+void ViewTest::roundsTheEdgesOfAFrame()
+{
+    kx::View view(m_root.get());
+    view.setFrame(QRectF(0.4, 0.4, 10.2, 10.2)); // edges at 0.4 and 10.6
+    QCOMPARE(view.frame(), QRectF(0, 0, 11, 11));
+}
+
+void ViewTest::keepsItsPositionWithoutAParent()
+{
+    kx::View view;
+    view.setFrame(QRectF(5, 6, 30, 40));
+    QCOMPARE(view.geometry(), QRect(5, 6, 30, 40));
+    QCOMPARE(view.frame(), QRectF(5, 6, 30, 40));
+}
+
+void ViewTest::keepsTheFrameWhenAdded()
+{
+    kx::View view;
+    view.setFrame(QRectF(5, 6, 30, 40));
+    m_root->addSubview(view);
+    QCOMPARE(view.frame(), QRectF(5, 6, 30, 40));
+    QCOMPARE(view.geometry(), QRect(5, 54, 30, 40));
+    QCOMPARE(view.superview(), m_root.get());
+    view.removeFromSuperview();
+}
+
+void ViewTest::ownsWhatItAdds()
+{
+    const QPointer<kx::View> view = new kx::View;
+    m_root->addSubview(*view);
+    m_root.reset();
+    QVERIFY(!view);
+}
+
+void ViewTest::givesUpWhatIsRemoved()
+{
+    const auto view = std::make_unique<kx::View>();
+    view->removeFromSuperview(); // without a parent: nothing
+    view->setFrame(QRectF(5, 6, 30, 40));
+    m_root->addSubview(*view);
+    view->removeFromSuperview();
+    QCOMPARE(view->superview(), nullptr);
+    QCOMPARE(view->parent(), nullptr);
+    QCOMPARE(view->frame(), QRectF(5, 6, 30, 40));
+    QVERIFY(m_root->subviews().isEmpty());
+    m_root.reset();
+    QCOMPARE(view->frame(), QRectF(5, 6, 30, 40));
+}
+
+void ViewTest::listsSubviewsFromBelow()
+{
+    kx::View first;
+    kx::View second;
+    const QWidget plain(m_root.get());
+    m_root->addSubview(first);
+    m_root->addSubview(second);
+    QCOMPARE(m_root->subviews(), (QList<kx::ViewInterface *>{&first, &second}));
+    m_root->addSubview(first); // again: to the top
+    QCOMPARE(m_root->subviews(), (QList<kx::ViewInterface *>{&second, &first}));
+}
+
+void ViewTest::isHiddenOnlyWhenHiddenOnPurpose()
+{
+    kx::View view;
+    QVERIFY(view.isHidden()); // Qt: nobody has shown it yet
+    QVERIFY(!view.isExplicitlyHidden());
+    m_root->addSubview(view);
+    QVERIFY(!view.isExplicitlyHidden());
+    view.hide();
+    QVERIFY(view.isExplicitlyHidden());
+    view.removeFromSuperview();
+    QVERIFY(view.isExplicitlyHidden());
+    view.setVisible(true);
+    QVERIFY(!view.isExplicitlyHidden());
+    view.setHidden(true);
+    QVERIFY(view.isExplicitlyHidden());
+}
+
+void ViewTest::addingDoesNotShowAHiddenView()
+{
+    m_root->show();
+    kx::View shown;
+    kx::View hidden;
+    hidden.hide();
+    m_root->addSubview(shown);
+    m_root->addSubview(hidden);
+    QVERIFY(shown.isVisible());
+    QVERIFY(!hidden.isVisible());
+}
+
+void ViewTest::keepsSubviewsAtTheBottomLeftWhenItGrows()
+{
+    m_root->show();
+    kx::View view(m_root.get());
+    view.setFrame(QRectF(10, 20, 30, 40));
+    m_root->resize(300, 250);
+    QCOMPARE(view.frame(), QRectF(10, 20, 30, 40));
+    QCOMPARE(view.geometry(), QRect(10, 190, 30, 40));
+}
+
+void ViewTest::resizesSubviewsWhileItIsNotShown()
+{
+    kx::View view;
+    view.setAutoresizingMask(fills);
+    view.setFrame(m_root->bounds());
+    m_root->addSubview(view);
+    m_root->resize(0, 0);
+    m_root->resize(320, 240); // Qt tells a hidden widget about neither
+    QCOMPARE(view.frame(), QRectF(0, 0, 320, 240));
+    m_root->resize(400, 300);
+    m_root->show();
+    QCOMPARE(view.geometry(), QRect(0, 0, 400, 300));
+}
+
+void ViewTest::resizesSubviewsThroughSeveralLevels()
+{
+    kx::View middle;
+    kx::View inner;
+    for (kx::View *view : {&middle, &inner})
+        view->setAutoresizingMask(fills);
+    middle.setFrame(QRectF(0, 0, 200, 100));
+    inner.setFrame(QRectF(10, 10, 180, 80));
+    middle.addSubview(inner);
+    m_root->addSubview(middle);
+    m_root->setFrame(QRectF(0, 0, 100, 50));
+    QCOMPARE(inner.geometry(), QRect(10, 10, 80, 30));
+    m_root->show();
+    m_root->resize(300, 200);
+    QCOMPARE(inner.geometry(), QRect(10, 10, 280, 180));
+}
+
+void ViewTest::leavesSubviewsInALayoutAlone()
+{
+    auto *rows = new QVBoxLayout(m_root.get());
+    rows->setContentsMargins(0, 0, 0, 0);
+    auto *columns = new QHBoxLayout;
+    rows->addLayout(columns);
+    kx::View left;
+    kx::View right;
+    right.setAutoresizingMask(fills);
+    columns->setSpacing(0);
+    columns->addWidget(&left);
+    columns->addWidget(&right);
+    m_root->show();
+    m_root->resize(300, 200);
+    QCOMPARE(left.geometry(), QRect(0, 0, 150, 200));
+    QCOMPARE(right.geometry(), QRect(150, 0, 150, 200));
+}
+
+void ViewTest::hitsTheTopmostView()
+{
+    kx::View low;
+    kx::View high;
+    kx::View inner;
+    low.setFrame(QRectF(0, 0, 100, 100));
+    high.setFrame(QRectF(50, 0, 100, 100));
+    inner.setFrame(QRectF(10, 10, 10, 10));
+    m_root->addSubview(low);
+    m_root->addSubview(high);
+    high.addSubview(inner);
+    QCOMPARE(m_root->hitTest(QPointF(10, 10)), &low);
+    QCOMPARE(m_root->hitTest(QPointF(75, 50)), &high);
+    QCOMPARE(m_root->hitTest(QPointF(60, 10)), &inner);
+    QCOMPARE(m_root->hitTest(QPointF(69.9, 19.9)), &inner);
+    QCOMPARE(m_root->hitTest(QPointF(70, 10)), &high);
+    QCOMPARE(m_root->hitTest(QPointF(180, 50)), m_root.get());
+}
+
+void ViewTest::hitsNothingOutsideOrHidden()
+{
+    kx::View view;
+    view.setFrame(QRectF(10, 10, 50, 50));
+    m_root->addSubview(view);
+    QCOMPARE(view.hitTest(QPointF(5, 5)), nullptr);
+    QCOMPARE(view.hitTest(QPointF(10, 10)), &view);
+    QCOMPARE(view.hitTest(QPointF(60, 10)), nullptr);
+    view.hide();
+    QCOMPARE(view.hitTest(QPointF(10, 10)), nullptr);
+    QCOMPARE(m_root->hitTest(QPointF(10, 10)), m_root.get());
+    m_root->hide();
+    QCOMPARE(m_root->hitTest(QPointF(10, 10)), nullptr);
+}
+
+void ViewTest::asksInTheCoordinatesOfTheSuperview()
+{
+    kx::View middle;
+    Dot dot;
+    middle.setFrame(QRectF(30, 40, 100, 50));
+    dot.setFrame(QRectF(10, 10, 5, 5));
+    m_root->addSubview(middle);
+    middle.addSubview(dot);
+    QCOMPARE(m_root->hitTest(QPointF(42, 52)), &dot);
+    QCOMPARE(m_root->hitTest(QPointF(43, 53)), &middle);
+    QCOMPARE(dot.asked, QPointF(13, 13));
+}
+
+QTEST_MAIN(ViewTest)
+#include "ViewTest.moc"
