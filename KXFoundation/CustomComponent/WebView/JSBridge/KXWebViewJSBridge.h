@@ -24,9 +24,9 @@ KX_CORE_EXPORT extern const QString kInvokeSucced;
 /// value.
 ///
 /// Numbers keep what a 64-bit signed integer or a double keeps; "-0" reads as 0. Of equal keys the last one counts. A
-/// lone surrogate passes when it is written as an escape, as pages write it. A text that is no JSON object, names a
-/// number outside the range of a double or nests deeper than NestingLimit is no message: nothing happens. So is a
-/// message whose "method" is not a string.
+/// lone surrogate passes when it is written as an escape, as pages write it; raw, it reads as "?". A text that is no
+/// JSON object, names a number outside the range of a double or nests deeper than NestingLimit is no message: nothing
+/// happens. The same holds for a message whose "method" is not a string.
 ///
 /// Main thread only, except for the completions given to native methods: see NativeMethodHandler. Every callable may
 /// register and unregister others, itself too, and may delete the bridge.
@@ -40,8 +40,9 @@ public:
     /// - On the main thread the answer goes to the reply sender before the completion returns. From another thread it
     /// is
     ///   posted to the application object and goes out on the main thread, in the order of that thread's answers.
-    /// - Once the bridge is deleted, or without an application object, an answer from another thread goes nowhere; on
-    ///   the main thread only the bridge has to live.
+    /// - An answer that has not gone out when the bridge is deleted, or is given later, goes nowhere; nor does one from
+    ///   another thread while there is no application object. Threads must not answer while that object is being
+    ///   destroyed.
     /// - By convention a method answers once at most. Each further answer is sent too; the page has no callback left
     /// for
     ///   it if its call was a one-shot.
