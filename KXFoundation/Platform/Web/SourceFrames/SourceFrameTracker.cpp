@@ -127,8 +127,13 @@ SourceFrameTracker::Role SourceFrameTracker::sourceFor(const NavigationRequest &
 {
     using Kind = NavigationRequest::Kind;
     const bool toMain = request.target == NavigationRequest::Target::MainFrame;
-    if (request.target == NavigationRequest::Target::NewWindow)
-        return gestureSource(request).value_or(Role::Main);
+    if (request.target == NavigationRequest::Target::NewWindow) {
+        // A script that opens a window runs in the frame that the user has just touched.
+        if (const std::optional<Role> source = gestureSource(request))
+            return *source;
+        const qsizetype at = lastUserGesture(m_signals.size());
+        return at >= 0 ? m_signals.at(at).frame : Role::Main;
+    }
 
     // The application's own. History has no frame of its own either: each of its entries was decided when it was made.
     if (request.kind == Kind::Typed || request.kind == Kind::Reload || request.kind == Kind::BackForward)

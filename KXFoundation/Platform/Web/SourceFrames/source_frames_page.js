@@ -3,8 +3,9 @@
 // in the page's own world of every frame before the page's scripts, because only there the call stack shows them, and
 // tells source_frames.js by an event. Frames of other origins never get here, and a page that forges the event speaks
 // only about frames whose scripts it could run anyway, so nothing here is secret.
+//
+// Deliberate: not strict. The engine hides every function below a strict one on the stack.
 (function () {
-    'use strict';
     var navigation = window.navigation;
     if (!navigation)
         return;
@@ -20,6 +21,7 @@
     var getEntriesByName = Performance.prototype.getEntriesByName;
     var split = String.prototype.split;
     function getter(type, name) { return getOwnPropertyDescriptor(type.prototype, name).get; }
+    var initiatorType = getter(PerformanceResourceTiming, 'initiatorType');
     var destination = getter(NavigateEvent, 'destination');
     var destinationUrl = getter(NavigationDestination, 'url');
     var documentUrl = getter(Document, 'URL');
@@ -83,8 +85,15 @@
     function roleOf(frame) { return frame === window.top ? 'main' : 'sub'; }
 
     function hasScript(frame, url) {
-        return apply(split, apply(documentUrl, frame.document, []), ['#'])[0] === url
-            || apply(getEntriesByName, frame.performance, [url]).length > 0;
+        if (apply(split, apply(documentUrl, frame.document, []), ['#'])[0] === url)
+            return true;
+        var loaded = apply(getEntriesByName, frame.performance, [url, 'resource']);
+        for (var i = 0; i < loaded.length; i++) {
+            var type = apply(initiatorType, loaded[i], []);
+            if (type !== 'iframe' && type !== 'frame' && type !== 'object' && type !== 'embed') // those run elsewhere
+                return true;
+        }
+        return false;
     }
 
     // Strict functions hide themselves and their receiver: there the script's URL decides, if one side alone has it.
