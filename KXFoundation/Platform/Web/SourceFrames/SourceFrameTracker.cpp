@@ -53,22 +53,23 @@ void SourceFrameTracker::signal(const QString &text)
     if (frame != QLatin1String("main") && frame != QLatin1String("sub"))
         return;
 
+    if (what == QLatin1String("document")) {
+        startDocument(frame == QLatin1String("main") ? Role::Main : Role::Sub, detail == QLatin1String("events"));
+        return;
+    }
     Signal signal;
     signal.frame = frame == QLatin1String("main") ? Role::Main : Role::Sub;
     signal.user = detail == QLatin1String("user");
     signal.url = urlFrom(text.section(u' ', 3));
     signal.time = m_clock();
-    if (what == QLatin1String("document")) {
-        startDocument(signal.frame, detail == QLatin1String("events"));
-        return;
-    } else if (what == QLatin1String("navigate")) {
+    if (what == QLatin1String("navigate")) {
         signal.kind = SignalKind::Navigate;
     } else if (what == QLatin1String("caller")) {
         signal.kind = SignalKind::Caller;
-        if (detail == QLatin1String("main"))
-            signal.caller = Role::Main;
-        else if (detail == QLatin1String("sub"))
-            signal.caller = Role::Sub;
+        signal.caller = detail == QLatin1String("main") ? Caller::Main
+            : detail == QLatin1String("sub")            ? Caller::Sub
+            : detail == QLatin1String("unknown")        ? Caller::Unknown
+                                                        : Caller::None;
     } else if (what == QLatin1String("click")) {
         signal.kind = SignalKind::Click;
     } else if (what == QLatin1String("form")) {
@@ -158,9 +159,11 @@ SourceFrameTracker::Role SourceFrameTracker::announcedSource(const NavigationReq
 {
     const Signal announcement = m_signals.at(navigate);
     const qsizetype callerAt = find(SignalKind::Caller, announcement.frame, announcement.url);
-    const std::optional<Role> caller = callerAt >= 0 ? m_signals.at(callerAt).caller : std::nullopt;
+    const Caller caller = callerAt >= 0 ? m_signals.at(callerAt).caller : Caller::None;
     const qsizetype gestureAt = announcement.user ? lastUserGesture(navigate) : lastGestureFor(request, navigate);
-    const std::optional<Role> gesture = gestureAt >= 0 ? std::optional(m_signals.at(gestureAt).frame) : std::nullopt;
+    // Of the scripts that cannot be told apart, the one runs more likely that the user has just set off.
+    const qsizetype decisive = gestureAt < 0 && caller == Caller::Unknown ? lastUserGesture(navigate) : gestureAt;
+    const std::optional<Role> gesture = decisive >= 0 ? std::optional(m_signals.at(decisive).frame) : std::nullopt;
     useUp(std::max(navigate, callerAt));
 
     if (gesture)
@@ -168,7 +171,9 @@ SourceFrameTracker::Role SourceFrameTracker::announcedSource(const NavigationReq
     // Only a frame whose scripts are off, or that never loaded a document, keeps its gestures to itself.
     if (announcement.user || request.kind == NavigationRequest::Kind::Form)
         return Role::Sub;
-    return caller.value_or(announcement.frame);
+    if (caller == Caller::Main || caller == Caller::Sub)
+        return caller == Caller::Main ? Role::Main : Role::Sub;
+    return announcement.frame;
 }
 
 std::optional<SourceFrameTracker::Role> SourceFrameTracker::gestureSource(const NavigationRequest &request)

@@ -69,12 +69,13 @@ public:
 
 private:
     enum class Role { Main, Sub };
+    enum class Caller { None, Unknown, Main, Sub }; // whose script is running
     enum class SignalKind { Navigate, Caller, Click, Form };
     struct Signal {
         SignalKind kind = SignalKind::Navigate;
         Role frame = Role::Main; ///< The frame that sent it.
         bool user = false; ///< Navigate, Click: by the user's hand.
-        std::optional<Role> caller; ///< Caller: whose script was running, if that could be told.
+        Caller caller = Caller::None;
         QUrl url; ///< Form: what comes before the query, for the entries of a GET form go there.
         std::chrono::steady_clock::time_point time;
     };
