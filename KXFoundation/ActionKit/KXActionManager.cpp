@@ -4,10 +4,10 @@
 #include <KXFoundation/ActionKit/KXActionItem.h>
 #include <KXFoundation/ActionKit/KXActionProcessor.h>
 #include <KXFoundation/Platform/Core/Format.h>
+#include <KXFoundation/Platform/Core/Published.h>
 #include <KXFoundation/Platform/Core/Strings.h>
 
 #include <algorithm>
-#include <atomic>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -16,17 +16,25 @@ namespace {
 
 using Processors = std::vector<std::shared_ptr<KXActionProcessor>>; // newest first
 
-// Never destroyed: a thread may still dispatch while the process ends.
-std::atomic<std::shared_ptr<const Processors>> &registry()
+// Never destroyed, these two: a thread may still dispatch while the process ends.
+kx::Published<Processors> &registry()
 {
-    static auto &list = *new std::atomic<std::shared_ptr<const Processors>>(std::make_shared<const Processors>());
+    static auto &list = *new kx::Published<Processors>;
     return list;
 }
 
-std::atomic<std::shared_ptr<const QString>> &domain()
+kx::Published<QString> &domain()
 {
-    static auto &name = *new std::atomic<std::shared_ptr<const QString>>;
+    static auto &name = *new kx::Published<QString>;
     return name;
+}
+
+// The first match decides, even if it has no handler. An absent scheme is nobody's.
+std::shared_ptr<KXActionProcessor> processorOf(const QString &scheme, const Processors &processors)
+{
+    const auto found = std::find_if(processors.begin(), processors.end(),
+        [&](const auto &processor) { return !scheme.isNull() && kx::same(processor->scheme(), scheme); });
+    return found == processors.end() ? nullptr : *found;
 }
 
 bool fail(KXError *error, KXActionManager::ErrorCode code, const QString &description)
@@ -49,15 +57,12 @@ void KXActionManager::registerProcessorForScheme(
 {
     if (!processor)
         return;
-    std::shared_ptr<const Processors> current = registry().load();
-    std::shared_ptr<const Processors> next;
-    do { // again when another thread has registered meanwhile
-        auto list = std::make_shared<Processors>();
-        list->reserve(current->size() + 1);
-        list->push_back(processor);
-        list->insert(list->end(), current->begin(), current->end());
-        next = std::move(list);
-    } while (!registry().compare_exchange_weak(current, next));
+    registry().update([&](const std::shared_ptr<const Processors> &current) {
+        auto next = std::make_shared<Processors>(1, processor);
+        if (current)
+            next->insert(next->end(), current->begin(), current->end());
+        return next;
+    });
 }
 
 bool KXActionManager::handleActionWithURL(const QString &url, KXError *error)
@@ -74,12 +79,10 @@ bool KXActionManager::handleActionWithItem(const KXActionItem *item, KXError *er
         return fail(error, NoItem, QStringLiteral("item 不能为空！"));
     const QString &scheme = item->scheme();
     const std::shared_ptr<const Processors> processors = registry().load();
-    // An absent scheme is nobody's. The first match decides, even if it has no handler.
-    const auto chosen = std::find_if(processors->begin(), processors->end(),
-        [&](const auto &processor) { return !scheme.isNull() && kx::same(processor->scheme(), scheme); });
-    if (chosen == processors->end())
+    const std::shared_ptr<KXActionProcessor> chosen = processors ? processorOf(scheme, *processors) : nullptr;
+    if (!chosen)
         return fail(error, CannotDispatch, kx::format(u"can't find match Processor for [%@]！", scheme));
-    const KXActionProcessor::Handler handler = (*chosen)->handlerForPath(item->path());
+    const KXActionProcessor::Handler handler = chosen->handlerForPath(item->path());
     if (!handler)
         return fail(error, CannotDispatch,
             kx::format(u"can't find match Handler for [%@://action.cmd%@]！", scheme, item->path()));

@@ -26,17 +26,15 @@ void KXActionProcessor::registerHandler(Handler handler, const QString &forPath)
 {
     if (forPath.isNull())
         return;
-    HandlerMap current = m_handlers.load();
-    HandlerMap next;
-    do { // again when another thread has replaced the table meanwhile
-        auto table =
+    m_handlers.update([&](const HandlerMap &current) -> HandlerMap {
+        auto next =
             current ? std::make_shared<QHash<QString, Handler>>(*current) : std::make_shared<QHash<QString, Handler>>();
         if (handler)
-            table->insert(forPath, handler);
+            next->insert(forPath, handler);
         else
-            table->remove(forPath);
-        next = std::move(table);
-    } while (!m_handlers.compare_exchange_weak(current, next));
+            next->remove(forPath);
+        return next;
+    });
 }
 
 KXActionProcessor::Handler KXActionProcessor::handlerForPath(const QString &path) const

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <KXFoundation/KXCoreExport.h>
+#include <KXFoundation/Platform/Core/Published.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QString>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -43,5 +43,5 @@ public:
 
 private:
     QString m_scheme;
-    std::atomic<HandlerMap> m_handlers;
+    kx::Published<QHash<QString, Handler>> m_handlers;
 };
