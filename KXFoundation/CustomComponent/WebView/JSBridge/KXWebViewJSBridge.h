@@ -37,15 +37,13 @@ public:
 
     /// A method that the page may call. `parameters` hold no JSON null at any depth and are Undefined when there are
     /// none. It answers by calling `completion`, during the call or later, from any thread:
-    /// - On the main thread the answer goes to the reply sender before the completion returns. From another thread it
-    /// is
-    ///   posted to the application object and goes out on the main thread, in the order of that thread's answers.
+    /// - On the main thread the answer goes to the reply sender before the completion returns. From another thread
+    ///   it is posted to the application object and goes out on the main thread, in the order of that thread's answers.
     /// - An answer that has not gone out when the bridge is deleted, or is given later, goes nowhere; nor does one from
     ///   another thread while there is no application object. Threads must not answer while that object is being
     ///   destroyed.
-    /// - By convention a method answers once at most. Each further answer is sent too; the page has no callback left
-    /// for
-    ///   it if its call was a one-shot.
+    /// - By convention a method answers once at most. Each further answer is sent too; if the call was a one-shot, the
+    ///   page has no callback left for it.
     using NativeMethodHandler = std::function<void(const QJsonValue &parameters, const Completion &completion)>;
 
     /// Takes the page's answer, as it came (nulls included); Undefined when it has no data.
