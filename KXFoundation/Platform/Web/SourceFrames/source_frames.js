@@ -52,11 +52,17 @@
         send('form ' + role + (method === 'post' ? ' post ' : ' get ') + url);
     }
 
+    function listen() {
+        window.addEventListener('click', onClick, true);
+        window.addEventListener('auxclick', onClick, true);
+        window.addEventListener('submit', onForm, true);
+        window.addEventListener('formdata', onForm, true); // form.submit() skips the submit event
+    }
+
     send('document ' + role + (navigation && navigation.entries().length > 0 ? ' events' : ' silent'));
-    window.addEventListener('click', onClick, true);
-    window.addEventListener('auxclick', onClick, true);
-    window.addEventListener('submit', onForm, true);
-    window.addEventListener('formdata', onForm, true); // form.submit() skips the submit event
+    listen();
+    // document.open() takes the window's listeners away, and exchanges the root element.
+    new MutationObserver(listen).observe(document, { childList: true });
     if (!navigation)
         return;
     navigation.addEventListener('navigate', function (event) {
