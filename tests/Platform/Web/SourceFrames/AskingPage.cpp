@@ -29,6 +29,14 @@ QWebEngineScript scriptFor(const QString &name, const QString &source, quint32 w
 
 } // namespace
 
+HttpResponse answer(const QByteArray &body, const QByteArray &type)
+{
+    HttpResponse response;
+    response.body = body;
+    response.contentType = type;
+    return response;
+}
+
 void AskingPage::prepare(QWebEngineProfile &profile)
 {
     const QString send = QStringLiteral("(function (log) { return function (text) { log('") + mark
@@ -109,6 +117,13 @@ bool AskingPage::waitFor(const std::function<bool()> &condition, std::chrono::mi
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return true;
+}
+
+bool AskingPage::loadAndWait(const QUrl &url)
+{
+    load(url);
+    const QString state = QLatin1String("complete") + url.path();
+    return waitFor([&] { return evaluate(QStringLiteral("document.readyState + location.pathname")) == state; });
 }
 
 QVariant AskingPage::evaluate(const QString &script)

@@ -3,6 +3,8 @@
 
 #include <KXFoundation/Platform/Web/SourceFrames/SourceFrameTracker.h>
 
+#include "Support/HttpServer.h"
+
 #include <QtCore/QVariant>
 #include <QtWebEngineCore/QWebEnginePage>
 #include <QtWebEngineWidgets/QWebEngineView>
@@ -20,6 +22,9 @@ struct Question {
     std::optional<bool> targetIsMain; ///< None for a new window.
 };
 
+/// A response of the test server with this body.
+[[nodiscard]] HttpResponse answer(const QByteArray &body, const QByteArray &type = "text/html;charset=utf-8");
+
 /// A page in the real engine that keeps what it was asked about navigations.
 class AskingPage : public QWebEnginePage {
     Q_OBJECT
@@ -35,6 +40,8 @@ public:
     [[nodiscard]] const QList<Question> &questions() const { return m_questions; }
     void forgetQuestions() { m_questions.clear(); }
 
+    /// Loads and waits until the document of that path is complete, its frames included.
+    bool loadAndWait(const QUrl &url);
     /// A script's value in the main frame; invalid if it threw or nothing answered.
     QVariant evaluate(const QString &script);
     /// One click of the left button, through the window system's events.
