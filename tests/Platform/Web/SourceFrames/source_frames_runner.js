@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The part of the test pages that can start a navigation in every way there is. Every frame carries it; arm() puts
 // an element into the frame's upper left corner that starts the navigation when it is clicked.
-var ways = {};
 (function () {
+    var ways = {};
     function link(url, target) {
         var a = document.createElement('a');
         a.href = url;
@@ -80,29 +80,30 @@ var ways = {};
     });
     ways['history.back'] = script(function () { history.back(); });
     ways['history.go'] = script(function () { history.go(-1); });
+
+    window.ways = ways;
+    window.armed = null;
+    function arm(element) {
+        if (window.armed)
+            window.armed.remove();
+        window.armed = element;
+        var area = element.localName === 'form' ? element.firstChild : element;
+        area.style.cssText = 'position:fixed;left:0;top:0;width:300px;height:100px;display:block';
+        document.body.appendChild(element);
+    }
+
+    addEventListener('message', function (event) {
+        if (!event.data.way)
+            return;
+        arm(ways[event.data.way](event.data.url));
+        top.postMessage({ armed: event.data.url }, '*');
+    });
+
+    // Tells the test when clicks begin to arrive.
+    addEventListener('load', function () {
+        var element = document.createElement('div');
+        element.onclick = function () { top.postMessage({ clicked: window === top }, '*'); };
+        arm(element);
+        top.postMessage({ ready: window === top }, '*');
+    });
 })();
-
-var armed = null;
-function arm(element) {
-    if (armed)
-        armed.remove();
-    armed = element;
-    var area = armed.localName === 'form' ? armed.firstChild : armed;
-    area.style.cssText = 'position:fixed;left:0;top:0;width:300px;height:100px;display:block';
-    document.body.appendChild(armed);
-}
-
-addEventListener('message', function (event) {
-    if (!event.data.way)
-        return;
-    arm(ways[event.data.way](event.data.url));
-    top.postMessage({ armed: event.data.url }, '*');
-});
-
-// Tells the test when clicks begin to arrive.
-addEventListener('load', function () {
-    var element = document.createElement('div');
-    element.onclick = function () { top.postMessage({ clicked: window === top }, '*'); };
-    arm(element);
-    top.postMessage({ ready: window === top }, '*');
-});

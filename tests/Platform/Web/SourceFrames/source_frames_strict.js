@@ -4,7 +4,7 @@
 (function () {
     'use strict';
     var name = document.currentScript.src.endsWith('?shared') ? 'shared strict script' : 'strict script';
-    ways['top.location= in a ' + name] = function (url) {
+    window.ways['top.location= in a ' + name] = function (url) {
         var div = document.createElement('div');
         div.addEventListener('click', () => { top.location = url; });
         return div;
