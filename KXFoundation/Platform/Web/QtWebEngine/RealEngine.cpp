@@ -5,6 +5,10 @@
 #include <KXFoundation/Platform/Web/QtWebEngine/RealPage.h>
 #include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
 
+#include <QtCore/QCoreApplication>
+
+#include <utility>
+
 namespace kx {
 
 WebEngine &WebEngine::real()
@@ -20,10 +24,27 @@ RealEngine::RealEngine()
 
 RealEngine::~RealEngine() = default;
 
+void RealEngine::shutDown()
+{
+    for (const QPointer<RealPage> &page : std::exchange(m_pages, {})) {
+        if (page)
+            page->shutDown();
+    }
+    m_profiles->clear();
+}
+
 std::unique_ptr<WebPage> RealEngine::makePage(
     const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client)
 {
-    return std::make_unique<RealPage>(configuration, client, m_profiles->profileFor(configuration));
+    const PageProfile profile = m_profiles->profileFor(configuration);
+    if (std::exchange(m_endsWith, QCoreApplication::instance()) != QCoreApplication::instance()) {
+        // The engine has added its own routine by now; the latest runs first.
+        qAddPostRoutine([] { static_cast<RealEngine &>(WebEngine::real()).shutDown(); });
+    }
+    m_pages.removeIf([](const QPointer<RealPage> &page) { return page.isNull(); });
+    auto page = std::make_unique<RealPage>(configuration, client, profile);
+    m_pages.append(page.get());
+    return page;
 }
 
 void RealEngine::registerSchemes(const QStringList &schemes)

@@ -3,11 +3,15 @@
 
 #include <KXFoundation/Platform/Web/WebEngine.h>
 
+#include <QtCore/QList>
+#include <QtCore/QPointer>
+
 #include <memory>
 
 namespace kx {
 
 class ProfileStore;
+class RealPage;
 
 /// The engine on Qt WebEngine.
 ///
@@ -24,7 +28,11 @@ public:
     void registerSchemes(const QStringList &schemes) override;
 
 private:
+    void shutDown();
+
     std::unique_ptr<ProfileStore> m_profiles;
+    QList<QPointer<RealPage>> m_pages;
+    const QObject *m_endsWith = nullptr; // the application object whose destructor runs shutDown()
 };
 
 } // namespace kx

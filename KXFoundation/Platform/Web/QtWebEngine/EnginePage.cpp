@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/Web/QtWebEngine/EnginePage.h>
+
+namespace kx {
+
+/// One question of the engine's, on its stack.
+class EnginePage::Question {
+public:
+    explicit Question(EnginePage &page)
+        : m_page(page)
+    {
+        ++m_page.m_questions;
+    }
+    ~Question()
+    {
+        if (--m_page.m_questions == 0 && !m_page.m_owner) {
+            // Later, for the engine is still on the stack.
+            if (m_page.m_viewToDelete)
+                m_page.m_viewToDelete->deleteLater();
+            m_page.deleteLater();
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Question)
+
+private:
+    EnginePage &m_page;
+};
+
+EnginePage::EnginePage(const std::shared_ptr<QWebEngineProfile> &profile, EnginePageOwner &owner)
+    : detail::ProfileHolder{profile}
+    , QWebEnginePage(profile.get())
+    , m_owner(&owner)
+{
+}
+
+void EnginePage::dispose(EnginePage *page, QWebEngineView *view)
+{
+    if (view) {
+        view->hide();
+        view->setParent(nullptr);
+    }
+    if (page) {
+        page->m_owner = nullptr;
+        page->m_viewToDelete = view;
+        if (page->m_questions > 0)
+            return;
+    }
+    delete view;
+    delete page;
+}
+
+QWebEnginePage *EnginePage::createWindow(WebWindowType)
+{
+    return nullptr;
+}
+
+bool EnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
+{
+    const Question question(*this);
+    return m_owner && m_owner->acceptNavigation(url, type, isMainFrame);
+}
+
+void EnginePage::javaScriptAlert(const QUrl &, const QString &message)
+{
+    const Question question(*this);
+    if (m_owner)
+        m_owner->alert(message);
+}
+
+bool EnginePage::javaScriptConfirm(const QUrl &, const QString &message)
+{
+    const Question question(*this);
+    return m_owner && m_owner->confirm(message);
+}
+
+bool EnginePage::javaScriptPrompt(const QUrl &, const QString &message, const QString &defaultText, QString *result)
+{
+    const Question question(*this);
+    return m_owner && m_owner->prompt(message, defaultText, result);
+}
+
+void EnginePage::javaScriptConsoleMessage(
+    JavaScriptConsoleMessageLevel level, const QString &message, int lineNumber, const QString &sourceID)
+{
+    if (!m_owner || !m_owner->consoleLine(message))
+        QWebEnginePage::javaScriptConsoleMessage(level, message, lineNumber, sourceID);
+}
+
+} // namespace kx
