@@ -5,17 +5,6 @@
 
 #include <utility>
 
-namespace {
-
-void call(KXURLSchemeManager::RequestBlock block, const kx::URLSchemeTaskPtr &task)
-{
-    // The block is a copy: the one that is stored may be replaced by the call itself.
-    if (block)
-        block(task);
-}
-
-} // namespace
-
 KXURLSchemeManager &KXURLSchemeManager::sharedManager()
 {
     // Never destroyed: requests may still come in while the program's static objects go.
@@ -41,10 +30,13 @@ void KXURLSchemeManager::setStopRequestBlock(RequestBlock stopRequestBlock)
 
 void KXURLSchemeManager::webViewStartURLSchemeTask(KXWebView *, const kx::URLSchemeTaskPtr &startURLSchemeTask)
 {
-    call(m_startRequestBlock, startURLSchemeTask);
+    // A copy: the block may replace itself.
+    if (const RequestBlock block = m_startRequestBlock)
+        block(startURLSchemeTask);
 }
 
 void KXURLSchemeManager::webViewStopURLSchemeTask(KXWebView *, const kx::URLSchemeTaskPtr &stopURLSchemeTask)
 {
-    call(m_stopRequestBlock, stopURLSchemeTask);
+    if (const RequestBlock block = m_stopRequestBlock)
+        block(stopURLSchemeTask);
 }

@@ -63,7 +63,6 @@ public:
 
 private:
     KXURLSchemeManager() = default;
-    ~KXURLSchemeManager() override = default;
     Q_DISABLE_COPY_MOVE(KXURLSchemeManager)
 
     QStringList m_proxySchemes;

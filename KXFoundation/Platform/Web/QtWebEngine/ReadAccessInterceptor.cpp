@@ -10,6 +10,18 @@
 
 namespace kx {
 
+namespace {
+
+/// The latest of the directories that the file lies in; null when there is none.
+QString directoryOf(const QUrl &url, const QStringList &directories)
+{
+    const auto found = std::find_if(directories.crbegin(), directories.crend(),
+        [&url](const QString &directory) { return isFileBelow(url, directory); });
+    return found == directories.crend() ? QString() : *found;
+}
+
+} // namespace
+
 ReadAccessInterceptor::ReadAccessInterceptor(QWebEnginePage &page)
     : QWebEngineUrlRequestInterceptor(&page)
 {
@@ -33,8 +45,7 @@ void ReadAccessInterceptor::interceptRequest(QWebEngineUrlRequestInfo &info)
     const bool readable = mainFrame ? allowsDocument(url,
                               type == Info::NavigationTypeTyped || type == Info::NavigationTypeBackForward
                                   || type == Info::NavigationTypeReload)
-                                    : std::any_of(m_current.cbegin(), m_current.cend(),
-                                        [&url](const QString &directory) { return isFileBelow(url, directory); });
+                                    : !directoryOf(url, m_current).isNull();
     if (readable)
         return;
     info.block(true);
@@ -45,12 +56,9 @@ bool ReadAccessInterceptor::allowsDocument(const QUrl &url, bool fromApplication
 {
     // What the application loads, or went to before, may lie in any directory that it granted, the latest first; what
     // the page navigates to itself stays where the page may read.
-    const QStringList &directories = fromApplication ? m_granted : m_current;
-    const auto directory = std::find_if(
-        directories.crbegin(), directories.crend(), [&url](const QString &known) { return isFileBelow(url, known); });
-    if (directory == directories.crend())
+    const QString entered = directoryOf(url, fromApplication ? m_granted : m_current);
+    if (entered.isNull())
         return false;
-    const QString entered = *directory;
     m_current.removeAll(entered);
     m_current.append(entered);
     m_loading = url;
