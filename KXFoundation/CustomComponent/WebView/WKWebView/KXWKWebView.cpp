@@ -146,7 +146,10 @@ void KXWKWebView::updateURL(const QUrl &url)
 {
     if (url.isEmpty())
         return;
+    const QPointer self(this);
     setUrl(url);
+    if (!self)
+        return;
     if (m_wkWebView) {
         if (m_wkWebView->isLoading())
             m_wkWebView->stopLoading();
