@@ -57,6 +57,7 @@ void LogFiles::setPath(const QString &path)
 {
     const std::lock_guard lock(m_mutex);
     m_path = path;
+    m_freshFile.reset();
 }
 
 QString LogFiles::previousPath()
@@ -74,15 +75,19 @@ void LogFiles::setPreviousPath(const QString &path)
 std::shared_ptr<kx::UpdateFile> LogFiles::file()
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_file)
-        m_file = kx::UpdateFile::open(ensurePath());
+    if (!m_file) {
+        const QString path = ensurePath();
+        m_file = m_freshFile ? std::move(m_freshFile) : kx::UpdateFile::open(path);
+        m_freshFile.reset();
+    }
     return m_file;
 }
 
 void LogFiles::setFile(std::shared_ptr<kx::UpdateFile> file)
 {
     const std::lock_guard lock(m_mutex);
-    m_file.swap(file);
+    forgetFile();
+    m_file = std::move(file);
 }
 
 void LogFiles::release(const std::shared_ptr<kx::UpdateFile> &file)
@@ -98,7 +103,7 @@ void LogFiles::switchTo(const QString &directory, double expireInterval)
     const std::lock_guard lock(m_mutex);
     m_previousPath = QString();
     m_path = QString();
-    m_file.reset();
+    forgetFile();
     m_basePath = directory;
     removeExpiredInBackground(base(), expireInterval);
     ensurePrevious();
@@ -112,23 +117,24 @@ void LogFiles::removeExpired(double interval) const
 void LogFiles::removeAll()
 {
     const std::lock_guard lock(m_mutex);
-    m_file.reset();
+    forgetFile();
     kx::runDetached(kx::ThreadPriority::Default, [directory = base()] { kx::removeTree(directory); });
 }
 
 QString LogFiles::makePath()
 {
-    return makeFile(basePath());
+    std::shared_ptr<kx::UpdateFile> file;
+    return makeFile(basePath(), file);
 }
 
-QString LogFiles::makeFile(const QString &directory)
+QString LogFiles::makeFile(const QString &directory, std::shared_ptr<kx::UpdateFile> &file)
 {
     const LocalTime now = LocalTime::now();
     const QString dayFolder = kx::childPath(directory, now.day());
     if (!kx::somethingExists(dayFolder))
         kx::makeDirectories(dayFolder);
     const QString path = QString(kx::childPath(dayFolder, now.timeOfDay()) + u".log");
-    kx::UpdateFile::createEmpty(path);
+    file = kx::UpdateFile::create(path);
     return path;
 }
 
@@ -148,6 +154,12 @@ QString LogFiles::newestEntry(const QString &directory)
     return newest.isNull() ? newest : kx::childPath(directory, newest);
 }
 
+void LogFiles::forgetFile()
+{
+    m_file.reset();
+    m_freshFile.reset();
+}
+
 QString LogFiles::base() const
 {
     return m_basePath.isNull() ? QDir::tempPath() + u"/Log" : m_basePath;
@@ -156,7 +168,7 @@ QString LogFiles::base() const
 QString LogFiles::ensurePath()
 {
     if (m_path.isNull())
-        m_path = makeFile(base());
+        m_path = makeFile(base(), m_freshFile);
     return m_path;
 }
 

@@ -37,8 +37,9 @@ public:
     [[nodiscard]] static QString newestEntry(const QString &directory);
 
 private:
-    static QString makeFile(const QString &directory);
+    static QString makeFile(const QString &directory, std::shared_ptr<kx::UpdateFile> &file);
     // These run with m_mutex held.
+    void forgetFile();
     QString base() const;
     QString ensurePath();
     QString ensurePrevious();
@@ -48,4 +49,7 @@ private:
     QString m_path;
     QString m_previousPath;
     std::shared_ptr<kx::UpdateFile> m_file;
+    // The file of m_path as it was made, until it is first asked for. Opened by its name it could be another run's by
+    // then.
+    std::shared_ptr<kx::UpdateFile> m_freshFile;
 };

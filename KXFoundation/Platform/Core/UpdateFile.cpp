@@ -16,19 +16,20 @@ std::shared_ptr<UpdateFile> UpdateFile::open(const QString &path)
     return descriptor < 0 ? nullptr : std::shared_ptr<UpdateFile>(new UpdateFile(descriptor));
 }
 
-bool UpdateFile::createEmpty(const QString &path)
+std::shared_ptr<UpdateFile> UpdateFile::create(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
+    constexpr mode_t readableAndWritable = 0666; // less what the process masks out
     // More than one turn only when another process makes the same name between the two calls.
     for (int turn = 0; turn < 8; ++turn) {
         ::unlink(name.constData());
-        const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        const int descriptor = ::open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, readableAndWritable);
         if (descriptor >= 0)
-            return ::close(descriptor) == 0;
+            return std::shared_ptr<UpdateFile>(new UpdateFile(descriptor));
         if (errno != EEXIST)
-            return false;
+            return nullptr;
     }
-    return false;
+    return nullptr;
 }
 
 UpdateFile::~UpdateFile()

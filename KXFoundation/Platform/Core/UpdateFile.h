@@ -17,9 +17,9 @@ public:
     /// None when there is no such file or it may not be written; never creates or shortens one.
     [[nodiscard]] static std::shared_ptr<UpdateFile> open(const QString &path);
 
-    /// Puts a new, empty file in the place of whatever file has this name. A link is replaced, not followed; who has
-    /// the old file open keeps it. False when that is not possible.
-    static bool createEmpty(const QString &path);
+    /// Puts a new, empty file in the place of whatever file has this name, and opens it. A link is replaced, not
+    /// followed; who has the old file open keeps it. None when that is not possible.
+    static std::shared_ptr<UpdateFile> create(const QString &path);
 
     ~UpdateFile();
     Q_DISABLE_COPY_MOVE(UpdateFile)
