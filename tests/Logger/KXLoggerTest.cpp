@@ -302,6 +302,7 @@ private Q_SLOTS:
     {
         m_logger->logQueue()->addOperation([this] { m_logger->save(); });
         m_logger->save();
+        m_logger->logQueue()->waitUntilAllOperationsAreFinished(); // the inner marker may be the later one
         QCOMPARE(fileBytes(m_logger->logPath()), QByteArray("force eof\nforce eof\n"));
     }
 

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <string>
 
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -19,6 +20,16 @@ namespace {
 void logMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {
     KXLogger::sharedLogger()->writeLog(0, "message", message);
+}
+
+// Gives the rights of root up; others stay who they are.
+bool becomeUser(const QString &user)
+{
+    if (::geteuid() != 0)
+        return true;
+    if (::setegid(gid_t(user.toUInt())) != 0 || ::seteuid(uid_t(user.toUInt())) != 0)
+        return false;
+    return ::prctl(PR_SET_DUMPABLE, 1) == 0; // a leak checker has to look into the process at its end
 }
 
 bool limitFileSize(const QString &bytes)
@@ -52,8 +63,8 @@ int main(int argc, char *argv[])
             std::printf("%s\n", qPrintable(logger->logPath()));
         else if (verb == "limit")
             done = limitFileSize(value);
-        else if (verb == "user") // gives the rights of root up; others stay who they are
-            done = ::geteuid() != 0 || (::setegid(gid_t(value.toUInt())) == 0 && ::seteuid(uid_t(value.toUInt())) == 0);
+        else if (verb == "user")
+            done = becomeUser(value);
         else if (verb == "say")
             std::printf("%s\n", qPrintable(value));
         else if (verb == "pause") { // until a line comes in
