@@ -3,9 +3,20 @@
 
 #include <KXFoundation/Platform/Web/WebErrors.h>
 
+#include <QtCore/QCoreApplication>
+
 #include <utility>
 
 namespace kx::test {
+
+namespace {
+
+KXError goneError()
+{
+    return {WebErrorDomain, WebErrorViewInvalidated, QStringLiteral("The page is gone"), {}};
+}
+
+} // namespace
 
 FakeWebPage::FakeWebPage(
     FakeWebEngine &engine, const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client)
@@ -21,15 +32,18 @@ FakeWebPage::~FakeWebPage()
 {
     m_engine.pages.removeOne(this);
     delete m_widget;
-    const KXError gone{WebErrorDomain, WebErrorViewInvalidated, QStringLiteral("The page is gone"), {}};
-    for (const auto &[number, handler] : std::exchange(m_evaluations, {})) {
-        if (handler)
-            handler(QJsonValue::Undefined, gone);
+    for (const auto &[number, handler] : m_evaluations) {
+        if (handler) {
+            QMetaObject::invokeMethod(
+                qApp, [handler = handler] { handler(QJsonValue::Undefined, goneError()); }, Qt::QueuedConnection);
+        }
     }
 }
 
 void FakeWebPage::begin(const Load &load)
 {
+    if (m_loading)
+        endAsStopped();
     loads.append(load);
     m_url = load.url;
     m_loading = true;
@@ -52,8 +66,13 @@ void FakeWebPage::begin(const Load &load)
 void FakeWebPage::stopLoading()
 {
     ++stops;
-    if (!std::exchange(m_loading, false))
-        return;
+    if (m_loading)
+        endAsStopped();
+}
+
+void FakeWebPage::endAsStopped()
+{
+    m_loading = false;
     const KXError error{URLErrorDomain, URLErrorCancelled, QStringLiteral("Stopped"),
         {{FailingURLStringKey, m_url.toString(QUrl::FullyEncoded)}}};
     const bool committed = m_committed;
@@ -71,7 +90,8 @@ void FakeWebPage::evaluateJavaScript(const QString &script, EvaluationHandler co
     const int number = ++m_lastEvaluation;
     m_evaluations.emplace(number, std::move(completion));
     QMetaObject::invokeMethod(
-        this, [this, number] { answerEvaluation(number, evaluationError); }, Qt::QueuedConnection);
+        this, [this, number] { answerEvaluation(number, m_alive ? evaluationError : goneError()); },
+        Qt::QueuedConnection);
 }
 
 void FakeWebPage::answerEvaluation(int number, const std::optional<KXError> &error)
@@ -100,8 +120,7 @@ void FakeWebPage::die()
     const QPointer self(this);
     for (const auto &[number, handler] : std::exchange(m_evaluations, {})) {
         if (handler)
-            handler(QJsonValue::Undefined,
-                KXError{WebErrorDomain, WebErrorViewInvalidated, QStringLiteral("The process died"), {}});
+            handler(QJsonValue::Undefined, goneError());
     }
     if (!self)
         return;

@@ -68,6 +68,7 @@ public:
 
 private:
     void begin(const Load &load);
+    void endAsStopped();
     void answerEvaluation(int number, const std::optional<KXError> &error);
 
     FakeWebEngine &m_engine;

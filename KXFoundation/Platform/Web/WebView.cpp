@@ -79,6 +79,11 @@ void WebView::evaluateJavaScript(const QString &javaScript, EvaluationHandler co
     m_page->evaluateJavaScript(javaScript, std::move(completionHandler));
 }
 
+void WebView::executeJavaScript(const QString &javaScript, ExecutionHandler completionHandler)
+{
+    m_page->executeJavaScript(javaScript, std::move(completionHandler));
+}
+
 void WebView::setDrawsBackground(bool draws)
 {
     m_drawsBackground = draws;
@@ -88,7 +93,8 @@ void WebView::setDrawsBackground(bool draws)
 void WebView::resizeEvent(QResizeEvent *event)
 {
     View::resizeEvent(event);
-    m_page->widget()->setGeometry(rect());
+    if (QWidget *const shown = m_page->widget())
+        shown->setGeometry(rect());
 }
 
 // The delegate may delete this view, so nothing below touches it after the delegate was called.

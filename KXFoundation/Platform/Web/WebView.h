@@ -46,6 +46,8 @@ public:
 
     /// Runs a script in the main frame; see EvaluationHandler.
     void evaluateJavaScript(const QString &javaScript, EvaluationHandler completionHandler = {});
+    /// Runs a script for its effect; see WebPage::executeJavaScript().
+    void executeJavaScript(const QString &javaScript, ExecutionHandler completionHandler = {});
 
     /// False lets what lies under the view shine through where the page paints nothing. True at first.
     [[nodiscard]] bool drawsBackground() const { return m_drawsBackground; }

@@ -212,7 +212,7 @@ void KXWKWebView::evaluateInvocation(const QString &command)
 {
     if (!m_wkWebView)
         return;
-    m_wkWebView->evaluateJavaScript(command, [](const QJsonValue &, const std::optional<KXError> &error) {
+    m_wkWebView->executeJavaScript(command, [](const std::optional<KXError> &error) {
         if (error)
             KXLogger::sharedLogger()->writeLogFormat(2, "wk", "js error:%@", *error);
     });

@@ -151,7 +151,7 @@ void KXWKWebView::userContentController(const kx::ScriptMessage &didReceiveScrip
     m_jsBridge->handleH5Message(didReceiveScriptMessage.body, [host = QPointer(this)](const QString &command) {
         if (!host || !host->m_wkWebView)
             return;
-        host->m_wkWebView->evaluateJavaScript(command, [](const QJsonValue &, const std::optional<KXError> &error) {
+        host->m_wkWebView->executeJavaScript(command, [](const std::optional<KXError> &error) {
             if (error)
                 qCWarning(console).noquote() << kx::describe(*error);
         });
