@@ -27,7 +27,7 @@ bool becomeUser(const QString &user)
 {
     if (::geteuid() != 0)
         return true;
-    if (::setegid(gid_t(user.toUInt())) != 0 || ::seteuid(uid_t(user.toUInt())) != 0)
+    if (::setgid(gid_t(user.toUInt())) != 0 || ::setuid(uid_t(user.toUInt())) != 0)
         return false;
     return ::prctl(PR_SET_DUMPABLE, 1) == 0; // a leak checker has to look into the process at its end
 }

@@ -62,8 +62,12 @@ public:
 
     void run()
     {
-        qsizetype percent;
-        while ((percent = indexOfPercent(m_format, m_at)) >= 0) {
+        while (true) {
+            if constexpr (std::is_same_v<View, QByteArrayView>)
+                m_at += m_out.appendAsciiUntil('%', m_format.sliced(m_at));
+            const qsizetype percent = indexOfPercent(m_format, m_at);
+            if (percent < 0)
+                break;
             appendLiteral(m_out, m_format.sliced(m_at, percent - m_at));
             m_at = percent + 1;
             if (!convert())

@@ -23,9 +23,23 @@ public:
     }
     void appendAscii(std::string_view text) { std::copy_n(text.data(), text.size(), grow(qsizetype(text.size()))); }
 
+    /// Appends the bytes in front of `end` and of the first one beyond ASCII, in one pass; returns how many.
+    qsizetype appendAsciiUntil(char end, QByteArrayView bytes)
+    {
+        const qsizetype before = m_units.size();
+        char16_t *out = grow(bytes.size());
+        qsizetype count = 0;
+        for (; count < bytes.size() && bytes[count] != end && static_cast<unsigned char>(bytes[count]) < 0x80; ++count)
+            out[count] = static_cast<unsigned char>(bytes[count]);
+        m_units.resize(before + count);
+        return count;
+    }
+
     /// Bytes that are not UTF-8 become U+FFFD.
     void appendUtf8(QByteArrayView bytes)
     {
+        if (bytes.isEmpty())
+            return;
         char16_t *out = grow(bytes.size());
         unsigned char all = 0;
         for (const char byte : bytes) {
