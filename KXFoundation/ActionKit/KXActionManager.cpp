@@ -49,10 +49,10 @@ bool fail(KXError *error, KXActionManager::ErrorCode code, const QString &descri
 void KXActionManager::registerProcessor(const std::shared_ptr<KXActionProcessor> &processor)
 {
     if (processor)
-        registerProcessorForScheme(processor, processor->scheme());
+        registerProcessor(processor, processor->scheme());
 }
 
-void KXActionManager::registerProcessorForScheme(
+void KXActionManager::registerProcessor(
     const std::shared_ptr<KXActionProcessor> &processor, const QString & /*forScheme*/)
 {
     if (!processor)

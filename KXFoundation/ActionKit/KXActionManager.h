@@ -27,8 +27,7 @@ public:
     /// in the list but is not asked any more. Null is ignored.
     static void registerProcessor(const std::shared_ptr<KXActionProcessor> &processor);
     /// Deliberate: the scheme is not used, the processor answers its own.
-    static void registerProcessorForScheme(
-        const std::shared_ptr<KXActionProcessor> &processor, const QString &forScheme);
+    static void registerProcessor(const std::shared_ptr<KXActionProcessor> &processor, const QString &forScheme);
 
     /// Dispatches the action that the text stands for. True when a handler was called, whatever it did. Otherwise
     /// false, and `error`, unless it is null, says why; on success it is left as it was. A text from outside can hang

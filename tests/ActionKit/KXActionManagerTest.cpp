@@ -158,7 +158,7 @@ private Q_SLOTS:
     {
         const auto processor = std::make_shared<KXActionProcessor>(QStringLiteral("kx8"));
         processor->registerHandler([](const KXActionItem &) {}, QStringLiteral("/p"));
-        KXActionManager::registerProcessorForScheme(processor, QStringLiteral("other8"));
+        KXActionManager::registerProcessor(processor, QStringLiteral("other8"));
         QVERIFY(KXActionManager::handleActionWithURL(QStringLiteral("kx8://h/p")));
         QVERIFY(!KXActionManager::handleActionWithURL(QStringLiteral("other8://h/p")));
         processor->setScheme(QStringLiteral("renamed8"));
@@ -168,7 +168,7 @@ private Q_SLOTS:
     void ignoresANullProcessor()
     {
         KXActionManager::registerProcessor(nullptr);
-        KXActionManager::registerProcessorForScheme(nullptr, QStringLiteral("kx9"));
+        KXActionManager::registerProcessor(nullptr, QStringLiteral("kx9"));
         QVERIFY(!KXActionManager::handleActionWithURL(QStringLiteral("kx9://h/p")));
     }
 
