@@ -57,7 +57,7 @@ KXActionItem KXActionItem::initWithURL(kx::Url url)
 
 const QString &KXActionItem::query() const
 {
-    if (m_rawQuery && m_url.query.isNull())
+    if (!m_source.isNull() && m_url.query.isNull())
         m_url.query = *kx::addPercentEncoding(rawQuery(), kx::urlQueryAllowed);
     return m_url.query;
 }
@@ -65,13 +65,12 @@ const QString &KXActionItem::query() const
 void KXActionItem::setQuery(const QString &query)
 {
     m_url.query = query;
-    m_rawQuery.reset();
     m_source.clear();
 }
 
 QStringView KXActionItem::rawQuery() const
 {
-    return QStringView(m_source).sliced(m_rawQuery->begin, m_rawQuery->length);
+    return QStringView(m_source).sliced(m_rawQuery.begin, m_rawQuery.length);
 }
 
 const QHash<QString, QString> &KXActionItem::queryMap() const
@@ -79,7 +78,7 @@ const QHash<QString, QString> &KXActionItem::queryMap() const
     using kx::detail::QueryForm;
     if (!m_queryMap) {
         // A single character may become several when it is encoded, and only then is a pair: see parseQuery().
-        const bool raw = m_rawQuery && m_rawQuery->length > 1;
+        const bool raw = !m_source.isNull() && m_rawQuery.length > 1;
         m_queryMap = raw ? kx::detail::parseQuery(rawQuery(), QueryForm::Raw, passLimit)
                          : kx::detail::parseQuery(query(), QueryForm::Encoded, passLimit);
     }

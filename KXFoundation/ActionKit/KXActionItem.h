@@ -60,6 +60,8 @@ public:
 
     /// Presets what queryMap() returns; the query is then not parsed.
     void setQueryMap(const QHash<QString, QString> &queryMap) { m_queryMap = queryMap; }
+    /// Forgets the pairs: the next call of queryMap() builds them from the query of that time.
+    void setQueryMap(std::nullopt_t) { m_queryMap.reset(); }
 
     /// How often a value of a query is decoded at most, in all items of the process; 0, the default, is no limit. A
     /// value that is not finished by then keeps its last decodable text ("100%" stays "100%"). Two passes undo what
@@ -70,14 +72,14 @@ public:
 
 private:
     struct Range {
-        qsizetype begin;
-        qsizetype length;
+        qsizetype begin = 0;
+        qsizetype length = 0;
     };
     explicit KXActionItem(kx::Url &&url);
     [[nodiscard]] QStringView rawQuery() const;
 
-    mutable kx::Url m_url; // its query is encoded at the first call of query() where m_rawQuery is set
-    QString m_source; // the text that the item was made from
-    std::optional<Range> m_rawQuery; // the query in m_source, before it was encoded
+    mutable kx::Url m_url; // its query is encoded at the first call of query() where there is an m_source
+    QString m_source; // the text that the item was made from; null when the query is no part of it (any more)
+    Range m_rawQuery; // the query in m_source, before it was encoded
     mutable std::optional<QHash<QString, QString>> m_queryMap;
 };

@@ -251,6 +251,17 @@ private Q_SLOTS:
         QCOMPARE(made.queryMap(), Map());
     }
 
+    void aMapThatIsForgottenIsBuiltAnew()
+    {
+        KXActionItem made = item(QStringLiteral("kx://h/p?a=1"));
+        made.setQueryMap({{QStringLiteral("b"), QStringLiteral("2")}});
+        made.setQueryMap(std::nullopt);
+        QCOMPARE(made.queryMap(), (Map{{QStringLiteral("a"), QStringLiteral("1")}}));
+        made.setQuery(QStringLiteral("c=3"));
+        made.setQueryMap(std::nullopt);
+        QCOMPARE(made.queryMap(), (Map{{QStringLiteral("c"), QStringLiteral("3")}}));
+    }
+
     void settersReplaceTheParts()
     {
         KXActionItem made = item(QStringLiteral("kx://h:1/p?a=1"));
@@ -276,6 +287,17 @@ private Q_SLOTS:
         first.reset();
         QCOMPARE(second.query(), QStringLiteral("a=%2541"));
         QCOMPARE(second.queryMap(), (Map{{QStringLiteral("a"), QStringLiteral("A")}}));
+    }
+
+    void anItemThatWasMovedFromCanStillBeAskedAndFilled()
+    {
+        KXActionItem first = item(QStringLiteral("kx://h/p?a=%41"));
+        const KXActionItem second = std::move(first);
+        QCOMPARE(second.query(), QStringLiteral("a=%2541"));
+        QVERIFY(first.query().isNull()); // NOLINT(bugprone-use-after-move): that is the question
+        QVERIFY(first.queryMap().isEmpty());
+        first = item(QStringLiteral("kx://h/p?b=%42"));
+        QCOMPARE(first.queryMap(), (Map{{QStringLiteral("b"), QStringLiteral("B")}}));
     }
 
     void theLimitEndsUndecodableValues()
