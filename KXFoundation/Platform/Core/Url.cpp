@@ -295,6 +295,11 @@ Url::Url(const QUrl &url)
     if (!url.scheme().isEmpty())
         scheme = url.scheme();
     host = url.host(QUrl::FullyEncoded);
+    if (host.isEmpty()) { // absent or blank: only the text tells
+        const QString text = url.toString(QUrl::FullyEncoded);
+        if (QStringView(text).sliced(scheme.isNull() ? 0 : scheme.size() + 1).startsWith(u"//"))
+            host = QStringLiteral("");
+    }
     if (url.port() >= 0)
         port = url.port();
     path = decodedPath(url.path(QUrl::FullyEncoded));

@@ -220,7 +220,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         for (const char *text : {"kx://action.cmd/play?id=7", "kx://h:81/a%20b/?x=%2520#f", "kx://[::1]:8/", "kx:play",
-                 "kx:/p", "//h/p", "/p?q", "p?", "kx://h", "kx://h/%E4%B8%AD"})
+                 "kx:/p", "//h/p", "/p?q", "p?", "kx://h", "kx://h/%E4%B8%AD", "kx:///p", "file:///a/b", "kx://",
+                 "///p", "kx://u@/p", "kx:"})
             QTest::newRow(text) << QString::fromLatin1(text);
     }
     void comesFromAQUrl()
