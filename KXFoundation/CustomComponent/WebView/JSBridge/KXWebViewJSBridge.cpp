@@ -62,22 +62,39 @@ KXWebViewJSBridge::KXWebViewJSBridge()
 KXWebViewJSBridge::~KXWebViewJSBridge()
 {
     m_alive.reset(); // first: destroying the callables below may complete a call
+    setMethodHandlerMap({});
+    setCallbackMap({});
+}
+
+// A callable that dies may register others. So it leaves the table first and dies when the table is whole again.
+
+void KXWebViewJSBridge::setMethodHandlerMap(QHash<QString, NativeMethodHandler> map)
+{
+    m_methodHandlerMap.swap(map);
+}
+
+void KXWebViewJSBridge::setCallbackMap(QHash<QString, Callback> map)
+{
+    m_callbackMap.swap(map);
 }
 
 void KXWebViewJSBridge::registerMethod(const QString &name, const NativeMethodHandler &handler)
 {
-    if (name.size() >= 2 && handler)
-        m_methodHandlerMap.insert(name, handler);
+    if (name.size() < 2 || !handler)
+        return;
+    NativeMethodHandler replaced = handler;
+    m_methodHandlerMap[name].swap(replaced);
 }
 
 void KXWebViewJSBridge::registerCallback(const QString &key, const Callback &callBack)
 {
     if (key.size() < 2)
         return;
-    if (callBack)
-        m_callbackMap.insert(key, callBack);
+    Callback replaced = callBack;
+    if (replaced)
+        m_callbackMap[key].swap(replaced);
     else
-        m_callbackMap.remove(key);
+        replaced = m_callbackMap.take(key);
 }
 
 QString KXWebViewJSBridge::makeInvokeH5Cmd(
@@ -153,7 +170,7 @@ void KXWebViewJSBridge::handleMessage(const QJsonObject &message, const ReplySen
         callback(data);
         // Deliberate: this removes whatever waits under the key by now, even what the callback has just registered.
         if (once && !alive.expired())
-            m_callbackMap.remove(key);
+            const Callback removed = m_callbackMap.take(key);
     } else if (type == QLatin1String("invokeTest")) {
         const QString known = m_methodHandlerMap.contains(method) ? QStringLiteral("1") : QStringLiteral("0");
         if (callBack)

@@ -29,7 +29,7 @@ KX_CORE_EXPORT extern const QString kInvokeSucced;
 /// happens. The same holds for a message whose "method" is not a string.
 ///
 /// Main thread only, except for the completions given to native methods: see NativeMethodHandler. Every callable may
-/// register and unregister others, itself too, and may delete the bridge.
+/// register and unregister others, itself too, and may delete the bridge; what dies with a callable may register too.
 class KX_CORE_EXPORT KXWebViewJSBridge {
 public:
     /// Takes a native method's answer; Undefined answers without data.
@@ -67,9 +67,9 @@ public:
     void setMid(qint64 mid) { m_mid = mid; }
 
     [[nodiscard]] const QHash<QString, NativeMethodHandler> &methodHandlerMap() const { return m_methodHandlerMap; }
-    void setMethodHandlerMap(const QHash<QString, NativeMethodHandler> &map) { m_methodHandlerMap = map; }
+    void setMethodHandlerMap(QHash<QString, NativeMethodHandler> map);
     [[nodiscard]] const QHash<QString, Callback> &callbackMap() const { return m_callbackMap; }
-    void setCallbackMap(const QHash<QString, Callback> &map) { m_callbackMap = map; }
+    void setCallbackMap(QHash<QString, Callback> map);
 
     /// Offers a native method to the page, in place of an earlier one of that name. A name of fewer than two UTF-16
     /// units does nothing.

@@ -48,6 +48,53 @@ private Q_SLOTS:
         QCOMPARE(bridge.callbackMap().size(), 100);
     }
 
+    void whatDiesWithACallableMayRegisterOthers()
+    {
+        constexpr int many = 200; // so that the tables grow
+        KXWebViewJSBridge bridge;
+        int deaths = 0;
+        const auto registersAtItsEnd = [&] {
+            return std::shared_ptr<void>(nullptr, [&](void *) {
+                ++deaths;
+                for (int i = 0; i < many; ++i) {
+                    const QString name = QStringLiteral("other%1.%2").arg(deaths).arg(i);
+                    bridge.registerCallback(name, [](const QJsonValue &) {});
+                    bridge.registerMethod(name, answerDone);
+                }
+            });
+        };
+        const auto wait = [&](const char *key) {
+            bridge.registerCallback(QString::fromLatin1(key), [token = registersAtItsEnd()](const QJsonValue &) {});
+        };
+        wait("removed");
+        bridge.registerCallback(QStringLiteral("removed"), {});
+        QCOMPARE(bridge.callbackMap().size(), many);
+        wait("replaced");
+        bridge.registerCallback(QStringLiteral("replaced"), [](const QJsonValue &) {});
+        QCOMPARE(bridge.callbackMap().size(), 2 * many + 1);
+        wait("play1");
+        bridge.handleH5Message(pageMessage("handler", R"({"method":"play","mid":1})"), {});
+        QCOMPARE(bridge.callbackMap().size(), 3 * many + 1);
+        wait("swept");
+        bridge.setCallbackMap({});
+        QCOMPARE(bridge.callbackMap().size(), many);
+        QCOMPARE(bridge.methodHandlerMap().size(), 4 * many);
+
+        const auto offer = [&] {
+            bridge.registerMethod(
+                QStringLiteral("play"), [token = registersAtItsEnd()](const QJsonValue &, const auto &) {});
+        };
+        offer();
+        bridge.registerMethod(QStringLiteral("play"), answerDone);
+        QCOMPARE(bridge.methodHandlerMap().size(), 5 * many + 1);
+        offer();
+        bridge.setMethodHandlerMap({});
+        QCOMPARE(bridge.methodHandlerMap().size(), many);
+        wait("left");
+        offer();
+        // And with the bridge.
+    }
+
     void anyCallableMayDeleteTheBridge_data()
     {
         QTest::addColumn<QString>("text");

@@ -46,6 +46,10 @@ private Q_SLOTS:
         bridge.handleH5Message(pageMessage("method", R"({"method":"play"})"), recorder.sender());
         QCOMPARE(recorder.commands.size(), 1);
         QCOMPARE(bridge.callbackMap().keys(), QStringList{QStringLiteral("stop")});
+        bridge.setMethodHandlerMap(bridge.methodHandlerMap());
+        bridge.setCallbackMap(bridge.callbackMap());
+        QCOMPARE(bridge.methodHandlerMap().size(), 1);
+        QCOMPARE(bridge.callbackMap().size(), 1);
         bridge.setMethodHandlerMap({});
         QVERIFY(bridge.methodHandlerMap().isEmpty());
     }
