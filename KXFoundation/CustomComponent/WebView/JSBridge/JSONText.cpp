@@ -72,6 +72,42 @@ template <class Value> Kept clean(const Value &value, int depthLeft, QJsonValue 
     }
 }
 
+bool isDigit(char16_t unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
+
+// Moves from behind the quote that begins a string to behind the one that ends it; null where the string is none.
+const char16_t *passString(const char16_t *at, const char16_t *const end)
+{
+    for (; at < end; ++at) {
+        if (*at == u'"')
+            return at + 1;
+        if (*at < 0x20 || (*at == u'\\' && (++at == end || !QStringView(u"\"\\/bfnrtu").contains(QChar(*at)))))
+            return nullptr;
+    }
+    return nullptr;
+}
+
+// Whether the text is free of what Qt's parser lets pass though it is no JSON (RFC 8259): control characters and
+// unknown escapes in strings, and a decimal point without a digit on both sides.
+bool isStrict(QStringView text)
+{
+    const char16_t *const begin = text.utf16();
+    const char16_t *const end = begin + text.size();
+    for (const char16_t *at = begin; at < end;) {
+        const char16_t unit = *at++;
+        if (unit == u'"') {
+            at = passString(at, end);
+            if (!at)
+                return false;
+        } else if (unit == u'.' && (at - begin < 2 || at == end || !isDigit(at[-2]) || !isDigit(*at))) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // Text that grows by units and short runs: QString's own append() costs more than the JSON around it.
 class TextBuffer {
 public:
@@ -253,7 +289,7 @@ private:
 
 QJsonObject parseJSONObject(const QString &text)
 {
-    return QJsonDocument::fromJson(text.toUtf8()).object();
+    return isStrict(text) ? QJsonDocument::fromJson(text.toUtf8()).object() : QJsonObject();
 }
 
 bool nestsDeeper(const QJsonValue &value, int limit)

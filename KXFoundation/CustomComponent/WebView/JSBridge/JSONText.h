@@ -8,7 +8,8 @@
 // The JSON work of the bridge. Depths count arrays and objects that stand inside each other.
 namespace kx {
 
-/// The object that the text spells; an empty one when it spells none. The parser's own nesting limit is 1024.
+/// The object that the text spells as RFC 8259 has it; an empty one when it spells none. The parser's own nesting limit
+/// is 1024.
 [[nodiscard]] QJsonObject parseJSONObject(const QString &text);
 
 /// Whether arrays and objects stand inside each other more than `limit` times.

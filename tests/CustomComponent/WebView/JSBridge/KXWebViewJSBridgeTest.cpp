@@ -521,6 +521,29 @@ private Q_SLOTS:
         row("no method, answered", pageMessage("handler", R"({"mid":"play1"})"));
         row("number too large", pageMessage("method", R"({"method":"play","data":1e999})"));
         row("huge and no JSON", QString(4 << 20, u'['));
+        const auto data = [&](const char *name, const QByteArray &json) {
+            row(name, pageMessage("method", R"({"method":"play","data":)" + json + "}"));
+        };
+        data("line feed in a string", "\"a\nb\"");
+        data("tab in a string", "\"\t\"");
+        data("nul in a string", QByteArray("\"\0\"", 3));
+        data("control character in a key", "{\"\x1f\":1}");
+        data("unknown escape", "\"\\q\"");
+        data("escaped apostrophe", "\"\\'\"");
+        data("capital escape", "\"\\N\"");
+        data("escape without its digits", "\"\\u12\"");
+        data("no digit behind the point", "[1.]");
+        data("no digit before the point", ".5");
+        data("no digit between sign and point", "-.5");
+        data("exponent right behind the point", "1.e5");
+        data("leading zero", "01");
+        data("plus sign", "+1");
+        data("not a number", "NaN");
+        data("comma behind the last", "[1,]");
+        data("comment", "/**/1");
+        data("apostrophes for quotes", "'a'");
+        row("cut in an escape", QStringLiteral("{\"type\":\"method\\"));
+        row("a point alone", QStringLiteral("."));
     }
     void whatIsNoMessageChangesAndSendsNothing()
     {
@@ -607,6 +630,9 @@ private Q_SLOTS:
         QTest::newRow("nul") << QByteArray("a\\u0000b")
                              << QString(QStringLiteral("a") + QChar(0) + QStringLiteral("b"));
         QTest::newRow("separators") << QByteArray("\u2028\u2029") << QStringLiteral("\u2028\u2029");
+        QTest::newRow("every escape") << QByteArray("\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0041")
+                                      << QStringLiteral("\"\\/\b\f\n\r\tA");
+        QTest::newRow("points") << QByteArray("a. .5 1. \x7f") << QStringLiteral("a. .5 1. \x7f");
         QTest::newRow("a million") << QByteArray(1 << 20, 'x') << QString(1 << 20, u'x');
     }
     void anyTextComesThrough()
