@@ -39,17 +39,21 @@ void deleteReply(const Reply *reply)
         postToMainThread([owned = std::shared_ptr<const Reply>(reply)] {});
 }
 
-// By value: the sender may destroy the completion that this call comes from.
-void sendAnswer(std::shared_ptr<const Reply> reply, const QJsonValue &result)
+void deliver(const std::shared_ptr<const Reply> &reply, const QJsonValue &result)
 {
-    if (reply->home != QThread::currentThread()) {
-        postToMainThread([reply = std::move(reply), result] { sendAnswer(reply, result); });
-        return;
-    }
     if (!reply->bridge.expired()) {
         reply->sender(
             KXWebViewJSBridge::packageCmd(KXWebViewJSBridge::HandlerMessage, reply->method, result, reply->mid));
     }
+}
+
+// By value: the sender may destroy the completion that this call comes from.
+void sendAnswer(std::shared_ptr<const Reply> reply, const QJsonValue &result)
+{
+    if (reply->home == QThread::currentThread())
+        deliver(reply, result);
+    else
+        postToMainThread([reply = std::move(reply), result] { deliver(reply, result); });
 }
 
 } // namespace

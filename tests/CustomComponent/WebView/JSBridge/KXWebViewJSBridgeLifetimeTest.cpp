@@ -234,6 +234,21 @@ private Q_SLOTS:
         }
     }
 
+    void aMessageThatCameOnTheWrongThreadIsAnsweredOnTheMainThread()
+    {
+        KXWebViewJSBridge bridge;
+        KXWebViewJSBridge::Completion completion;
+        bridge.registerMethod(
+            QStringLiteral("play"), [&](const QJsonValue &, const auto &given) { completion = given; });
+        Recorder recorder;
+        std::thread([&] {
+            bridge.handleH5Message(pageMessage("method", R"({"method":"play"})"), recorder.sender());
+        }).join();
+        completion(1);
+        QTRY_COMPARE(recorder.commands.size(), 1);
+        QCOMPARE(recorder.threads[0], QThread::currentThread());
+    }
+
     void severalThreadsMayAnswerOneCall()
     {
         KXWebViewJSBridge bridge;
