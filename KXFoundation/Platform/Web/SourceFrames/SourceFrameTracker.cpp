@@ -171,6 +171,10 @@ SourceFrameTracker::Role SourceFrameTracker::announcedSource(const NavigationReq
     // Only a frame whose scripts are off, or that never loaded a document, keeps its gestures to itself.
     if (announcement.user || request.kind == NavigationRequest::Kind::Form)
         return Role::Sub;
+    // Neither a hand nor a script that can be seen, and no refresh, which the engine calls a redirect: the script of a
+    // frame that is kept apart although it shares the address, as under a file page without file access.
+    if (callerAt >= 0 && caller == Caller::None && request.kind == NavigationRequest::Kind::Link)
+        return Role::Sub;
     if (caller == Caller::Main || caller == Caller::Sub)
         return caller == Caller::Main ? Role::Main : Role::Sub;
     return announcement.frame;

@@ -79,6 +79,9 @@ void SourceFrameTrackerTest::decidesFromTheSignals_data()
         Target::MainFrame, true);
     row("meta refresh", "document main events|navigate main script http://a/there|caller main none http://a/there",
         Kind::Redirect, Target::MainFrame, true);
+    row("script that cannot be seen",
+        "document main events|navigate main script http://a/there|caller main none http://a/there", Kind::Link,
+        Target::MainFrame, false);
     row("page world silent", "document main events|navigate main script http://a/there", Kind::Link, Target::MainFrame,
         true);
     row("script of a same-origin frame",
