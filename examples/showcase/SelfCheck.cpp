@@ -7,6 +7,7 @@
 #include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
 #include <KXFoundation/CustomComponent/WebView/WKWebView/KXWebView.h>
 #include <KXFoundation/Logger/KXLogger.h>
+#include <KXFoundation/Platform/Web/WebEngine.h>
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDirIterator>
@@ -22,7 +23,7 @@
 
 namespace {
 
-constexpr int patienceInMilliseconds = 30'000;
+constexpr int patienceInMilliseconds = 20'000;
 
 // Runs the event loop until the condition holds or patience ends.
 bool waitUntil(const std::function<bool()> &condition)
@@ -52,7 +53,7 @@ bool SelfCheck::run()
     m_window.openClips();
     step(
         QStringLiteral("the page loads and lists its clips"),
-        [this] { return ask(QStringLiteral("document.getElementById('status').textContent")).toString(); },
+        [this] { return ask(QStringLiteral("document.getElementById('status')?.textContent")).toString(); },
         QStringLiteral("3 clips"));
     step(
         QStringLiteral("the owner hears of the finished load"),
@@ -185,7 +186,7 @@ void SelfCheck::missingPageIsReported()
         QStringLiteral("missing.html"));
     step(
         QStringLiteral("the page recovers and says so"),
-        [this] { return ask(QStringLiteral("document.getElementById('status').textContent")).toString(); },
+        [this] { return ask(QStringLiteral("document.getElementById('status')?.textContent")).toString(); },
         QStringLiteral("Not found: missing.html"));
 }
 
@@ -195,20 +196,20 @@ void SelfCheck::failedLoadIsRebuilt()
     const kx::WebView *before = host.wkWebView();
     host.updateURL(SlowPage::url());
     waitUntil([] { return SlowPage::requests() == 1; });
-    const qint64 renderer = host.wkWebView()->rendererProcessId();
+    const qint64 renderer = host.wkWebView()->page().rendererProcessId();
     if (renderer > 0)
         ::kill(pid_t(renderer), SIGKILL);
     step(
         QStringLiteral("the engine's process dies in the middle of a load: the web view is rebuilt"),
-        [&] {
+        [&]() -> QString { // a sum of strings refers to its parts; the type makes it one string
             return QString::number(host.autoRebuildCount())
-                + (host.wkWebView() != before ? u" new view" : u" old view");
+                + (host.wkWebView() != before ? QStringLiteral(" new view") : QStringLiteral(" old view"));
         },
         QStringLiteral("1 new view"));
     SlowPage::release();
     step(
         QStringLiteral("the rebuilt web view loads the page again"),
-        [this] { return ask(QStringLiteral("document.getElementById('arrived').textContent")).toString(); },
+        [this] { return ask(QStringLiteral("document.getElementById('arrived')?.textContent")).toString(); },
         QStringLiteral("Here at last"));
 }
 

@@ -35,7 +35,7 @@ ShowcaseWindow::ShowcaseWindow(const QString &pageFolder, QWidget *parent)
 
     // The main page: frames may not take the window over.
     m_host->setName(QStringLiteral("root"));
-    m_host->onFinishNavigation([this](kx::WebView *) { ++m_loads; });
+    m_host->onFinishNavigation([this](KXWebView *) { ++m_loads; });
     m_host->loadLocalH5NotExsit([this](const QString &path) {
         m_missingPages.append(path);
         const QString text = QStringLiteral("Not found: ") + QFileInfo(path).fileName();
@@ -69,8 +69,8 @@ void ShowcaseWindow::registerNativeMethods()
     bridge.registerMethod(QStringLiteral("listClips"),
         [this](const QJsonValue &, const KXWebViewJSBridge::Completion &completion) { completion(m_clips); });
     bridge.registerMethod(
-        QStringLiteral("play"), [this](const QJsonValue &data, const KXWebViewJSBridge::Completion &completion) {
-            const int id = data[u"id"].toInt();
+        QStringLiteral("play"), [this](const QJsonValue &request, const KXWebViewJSBridge::Completion &completion) {
+            const int id = request[u"id"].toInt();
             const QString title = m_clips.at(id - 1)[u"title"].toString();
             m_playedTitles.append(title);
             markPlaying(id);
@@ -78,8 +78,8 @@ void ShowcaseWindow::registerNativeMethods()
         });
     // Answers several times: the page's callback stays registered because the call is not a one-shot.
     bridge.registerMethod(QStringLiteral("watchProgress"),
-        [this](const QJsonValue &data, const KXWebViewJSBridge::Completion &completion) {
-            const int steps = data[u"steps"].toInt();
+        [this](const QJsonValue &request, const KXWebViewJSBridge::Completion &completion) {
+            const int steps = request[u"steps"].toInt();
             for (int step = 1; step <= steps; ++step) {
                 QTimer::singleShot(step * 20, this, [completion, step, steps] {
                     completion(QJsonObject{{QStringLiteral("percent"), 100 * step / steps}});

@@ -34,16 +34,16 @@ void answer(const kx::URLSchemeTaskPtr &task)
 
 void SlowPage::install()
 {
-    KXURLSchemeManager *manager = KXURLSchemeManager::sharedManager();
-    manager->setProxySchemes({scheme});
-    manager->onComingRequest([](const kx::URLSchemeTaskPtr &task) {
+    KXURLSchemeManager &manager = KXURLSchemeManager::sharedManager();
+    manager.setProxySchemes({scheme});
+    manager.onComingRequest([](const kx::URLSchemeTaskPtr &task) {
         ++state().requests;
         if (state().released)
             answer(task);
         else
             state().waiting.append(task);
     });
-    manager->onStopRequest([](const kx::URLSchemeTaskPtr &task) { state().waiting.removeAll(task); });
+    manager.onStopRequest([](const kx::URLSchemeTaskPtr &task) { state().waiting.removeAll(task); });
 }
 
 QUrl SlowPage::url()
