@@ -48,10 +48,10 @@ KXLogger::~KXLogger()
     queue->waitUntilAllOperationsAreFinished();
 }
 
-KXLogger *KXLogger::sharedLogger()
+KXLogger &KXLogger::sharedLogger()
 {
-    static KXLogger *const logger = new KXLogger; // never destroyed: threads may log until the very end
-    return logger;
+    static auto *const logger = new KXLogger; // never destroyed: threads may log until the very end
+    return *logger;
 }
 
 bool KXLogger::isRecorded(qint32 type) const

@@ -41,8 +41,8 @@ public:
     ~KXLogger();
     Q_DISABLE_COPY_MOVE(KXLogger)
 
-    /// The logger of the process, made at the first call and never destroyed. Never null.
-    [[nodiscard]] static KXLogger *sharedLogger();
+    /// The logger of the process, made at the first call and never destroyed.
+    [[nodiscard]] static KXLogger &sharedLogger();
 
     // --- writing -------------------------------------------------------------------------------------------------
 

@@ -103,7 +103,7 @@ void SelfCheck::click(const QString &selector) const
 
 QString SelfCheck::logText() const
 {
-    KXLogger::sharedLogger()->save();
+    KXLogger::sharedLogger().save();
     QString text;
     QDirIterator files(m_logFolder, {QStringLiteral("*.log")}, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {

@@ -106,5 +106,5 @@ void ShowcaseWindow::openAction(const QUrl &url)
 {
     KXError error;
     if (!KXActionManager::handleActionWithURL(url.toString(QUrl::FullyEncoded), &error))
-        KXLogger::sharedLogger()->writeLogFormat(2, "show", "action refused: %@", error.localizedDescription);
+        KXLogger::sharedLogger().writeLogFormat(2, "show", "action refused: %@", error.localizedDescription);
 }

@@ -45,7 +45,7 @@ int main(int argc, char *argv[])
     const QString logFolder = parser.isSet(logs) ? parser.value(logs)
         : parser.isSet(headless)                 ? temporary.filePath(QStringLiteral("logs"))
                                                  : QDir::temp().filePath(QStringLiteral("kxfoundation-showcase"));
-    KXLogger::sharedLogger()->setLogBaseDirectory(logFolder);
+    KXLogger::sharedLogger().setLogBaseDirectory(logFolder);
 
     ShowcaseWindow window(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("pages")));
     window.show();
@@ -58,6 +58,6 @@ int main(int argc, char *argv[])
     std::printf("logs: %s\n", qPrintable(logFolder));
     window.openClips();
     const int result = QApplication::exec();
-    KXLogger::sharedLogger()->save();
+    KXLogger::sharedLogger().save();
     return result;
 }

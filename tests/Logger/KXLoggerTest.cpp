@@ -79,7 +79,7 @@ private Q_SLOTS:
         {
             std::vector<std::jthread> threads;
             for (KXLogger *&each : found)
-                threads.emplace_back([&each] { each = KXLogger::sharedLogger(); });
+                threads.emplace_back([&each] { each = &KXLogger::sharedLogger(); });
         }
         for (const KXLogger *each : found) {
             QVERIFY(each);

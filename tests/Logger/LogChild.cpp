@@ -19,7 +19,7 @@ namespace {
 // A host's message handler that logs, as hosts like to have it. Console lines of the logger must not come back here.
 void logMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {
-    KXLogger::sharedLogger()->writeLog(0, "message", message);
+    KXLogger::sharedLogger().writeLog(0, "message", message);
 }
 
 // Gives the rights of root up; others stay who they are.
@@ -43,24 +43,24 @@ bool limitFileSize(const QString &bytes)
 int main(int argc, char *argv[])
 {
     qInstallMessageHandler(logMessage);
-    KXLogger *const logger = KXLogger::sharedLogger();
+    KXLogger &logger = KXLogger::sharedLogger();
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string verb = argv[i];
         const QString value = QString::fromLocal8Bit(argv[i + 1]);
         bool done = true;
         if (verb == "base")
-            logger->setLogBaseDirectory(value);
+            logger.setLogBaseDirectory(value);
         else if (verb == "minimum")
-            logger->setFileLogMinType(value.toInt());
+            logger.setFileLogMinType(value.toInt());
         else if (verb == "line") // of type 2
-            logger->writeLog(2, value);
+            logger.writeLog(2, value);
         else if (verb == "lines") // that many
             for (int n = 0; n < value.toInt(); ++n)
-                logger->writeLogFormat(2, "child", "line %d", n);
+                logger.writeLogFormat(2, "child", "line %d", n);
         else if (verb == "save")
-            logger->save();
+            logger.save();
         else if (verb == "path") // makes the file and tells its name
-            std::printf("%s\n", qPrintable(logger->logPath()));
+            std::printf("%s\n", qPrintable(logger.logPath()));
         else if (verb == "limit")
             done = limitFileSize(value);
         else if (verb == "user")

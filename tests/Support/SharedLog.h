@@ -14,16 +14,16 @@ class SharedLog {
 public:
     SharedLog()
     {
-        KXLogger::sharedLogger()->setMemoryLogs({});
-        KXLogger::sharedLogger()->setLogBaseDirectory(m_directory.filePath(QStringLiteral("log")));
-        KXLogger::sharedLogger()->setLogType(0);
+        KXLogger::sharedLogger().setMemoryLogs({});
+        KXLogger::sharedLogger().setLogBaseDirectory(m_directory.filePath(QStringLiteral("log")));
+        KXLogger::sharedLogger().setLogType(0);
     }
 
     /// Everything logged so far, as it stands in the file, without time stamps: "[wk] text".
     [[nodiscard]] QStringList lines() const
     {
-        KXLogger::sharedLogger()->save();
-        QFile file(KXLogger::sharedLogger()->logPath());
+        KXLogger::sharedLogger().save();
+        QFile file(KXLogger::sharedLogger().logPath());
         QStringList lines;
         if (!file.open(QIODevice::ReadOnly))
             return {QStringLiteral("no log file")};

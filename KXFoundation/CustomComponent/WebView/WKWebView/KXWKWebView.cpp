@@ -214,7 +214,7 @@ void KXWKWebView::evaluateInvocation(const QString &command)
         return;
     m_wkWebView->executeJavaScript(command, [](const std::optional<KXError> &error) {
         if (error)
-            KXLogger::sharedLogger()->writeLogFormat(2, "wk", "js error:%@", *error);
+            KXLogger::sharedLogger().writeLogFormat(2, "wk", "js error:%@", *error);
     });
 }
 

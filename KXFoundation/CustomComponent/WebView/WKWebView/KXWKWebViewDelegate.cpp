@@ -19,7 +19,7 @@ constexpr const char *logTag = "wk";
 
 template <class... Values> void log(qint32 type, const char *format, const Values &...values)
 {
-    KXLogger::sharedLogger()->writeLogFormat(type, logTag, format, values...);
+    KXLogger::sharedLogger().writeLogFormat(type, logTag, format, values...);
 }
 
 } // namespace

@@ -130,9 +130,9 @@ void KXWKWebViewNavigationTest::logsTheForbiddenHostAsTypeOne()
     m_host->setName(u"root"_qs);
     (void)page()->ask(takeOver(u"https://other.example:81/x"_qs));
     (void)page()->ask(takeOver(u"data:text/html,x"_qs));
-    KXLogger::sharedLogger()->setLogType(2);
+    KXLogger::sharedLogger().setLogType(2);
     (void)page()->ask(takeOver(u"https://quiet.example/"_qs));
-    KXLogger::sharedLogger()->setLogType(1);
+    KXLogger::sharedLogger().setLogType(1);
     (void)page()->ask(takeOver(u"https://last.example/"_qs));
     QCOMPARE(m_log->lines(),
         (QStringList{u"[wk] forbidden host:other.example"_qs, u"[wk] forbidden host:(null)"_qs,
@@ -334,7 +334,7 @@ void KXWKWebViewNavigationTest::aStoppedLoadIsAFailureToo()
 
 void KXWKWebViewNavigationTest::failuresAreOfTypeTwo()
 {
-    KXLogger::sharedLogger()->setLogType(3);
+    KXLogger::sharedLogger().setLogType(3);
     m_host->updateURL(QUrl(u"file:///x/y"_qs));
     page()->fail(urlError(kx::URLErrorFileDoesNotExist, u"file:///x/y"_qs));
     page()->fail(urlError(kx::URLErrorFileDoesNotExist, u"file:///about:blank"_qs));

@@ -543,14 +543,14 @@ void KXWKWebViewTest::callsThePageOnce()
 void KXWKWebViewTest::evaluationErrorsOfCallsGoToTheLog()
 {
     const kx::test::SharedLog log;
-    KXLogger::sharedLogger()->setLogType(2);
+    KXLogger::sharedLogger().setLogType(2);
     page()->evaluationError = KXError{kx::WebErrorDomain, kx::WebErrorJavaScriptException, u"TypeError: no"_qs, {}};
     m_host->invokeH5(u"stop"_qs);
     m_host->invokeH5Once(u"stop"_qs);
     QCoreApplication::processEvents();
     const QString line = u"[wk] js error:Error Domain=WebKitErrorDomain Code=4 \"TypeError: no\""_qs;
     QCOMPARE(log.lines(), (QStringList{line, line}));
-    KXLogger::sharedLogger()->setLogType(3);
+    KXLogger::sharedLogger().setLogType(3);
     m_host->invokeH5(u"stop"_qs);
     QCoreApplication::processEvents();
     QCOMPARE(log.lines().size(), 2);
