@@ -44,6 +44,7 @@ private Q_SLOTS:
     void leavesOtherSchemesAlone();
     void keepsThePagesOwnNavigationsInside();
     void nextLoadOfTheApplicationReplacesTheDirectory();
+    void earlierGrantDoesNotServeALaterLoad();
     void failedLoadLeavesTheDocumentItsDirectory();
     void goingBackBringsTheDirectoryBack();
     void asksOnTheMainThread();
@@ -166,8 +167,9 @@ bool ReadAccessInterceptorTest::load(const QUrl &url)
 
 bool ReadAccessInterceptorTest::loadFile(const QString &name, const QString &directory)
 {
-    m_interceptor->grant(directory);
-    return load(QUrl::fromLocalFile(path(name)));
+    const QUrl url = QUrl::fromLocalFile(path(name));
+    m_interceptor->grant(url, directory);
+    return load(url);
 }
 
 /// "loaded" or "error" as the page saw it, or "blocked" for a frame that was refused, which tells the page nothing.
@@ -419,6 +421,22 @@ void ReadAccessInterceptorTest::nextLoadOfTheApplicationReplacesTheDirectory()
     // And a narrower one.
     QVERIFY(loadFile(u"out/page.html"_qs, path(u"out/page.html"_qs)));
     QCOMPARE(readText(u"out/text.txt"_qs), u"error"_qs);
+}
+
+void ReadAccessInterceptorTest::earlierGrantDoesNotServeALaterLoad()
+{
+    QVERIFY(loadFile(u"in/page.html"_qs, m_directory.path()));
+    QVERIFY(!loadFile(u"out/page.html"_qs, path(u"in"_qs)));
+    QVERIFY(!loadFile(u"in/page.html"_qs, path(u"out"_qs))); // the file that is shown
+    QVERIFY(!loadFile(u"in/page.html"_qs, QString()));
+    QCOMPARE(m_errorCode, std::optional<int>(-20));
+    // What is shown is still the first document, with its directory.
+    QCOMPARE(readText(u"out/text.txt"_qs), u"loaded"_qs);
+    QSignalSpy finished(m_page.get(), &QWebEnginePage::loadFinished);
+    m_page->triggerAction(QWebEnginePage::Reload);
+    QTRY_COMPARE(finished.size(), 1);
+    QVERIFY(finished.constFirst().constFirst().toBool());
+    QCOMPARE(readText(u"out/text.txt"_qs), u"loaded"_qs);
 }
 
 void ReadAccessInterceptorTest::failedLoadLeavesTheDocumentItsDirectory()

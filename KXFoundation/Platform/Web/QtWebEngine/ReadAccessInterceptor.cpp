@@ -28,8 +28,9 @@ ReadAccessInterceptor::ReadAccessInterceptor(QWebEnginePage &page)
     connect(&page, &QWebEnginePage::loadingChanged, this, &ReadAccessInterceptor::loadingChanged);
 }
 
-void ReadAccessInterceptor::grant(const QString &directory)
+void ReadAccessInterceptor::grant(const QUrl &document, const QString &directory)
 {
+    m_expected = document.adjusted(QUrl::RemoveFragment);
     m_granted.removeAll(directory);
     m_granted.append(directory);
 }
@@ -41,22 +42,34 @@ void ReadAccessInterceptor::interceptRequest(QWebEngineUrlRequestInfo &info)
     if (url.scheme() != QLatin1StringView("file"))
         return;
     const bool mainFrame = info.resourceType() == Info::ResourceTypeMainFrame;
-    const auto type = info.navigationType();
-    const bool readable = mainFrame ? allowsDocument(url,
-                              type == Info::NavigationTypeTyped || type == Info::NavigationTypeBackForward
-                                  || type == Info::NavigationTypeReload)
-                                    : !directoryOf(url, m_current).isNull();
+    const bool readable =
+        mainFrame ? allowsDocument(url, info.navigationType()) : !directoryOf(url, m_current).isNull();
     if (readable)
         return;
     info.block(true);
     Q_EMIT blocked(url, mainFrame);
 }
 
-bool ReadAccessInterceptor::allowsDocument(const QUrl &url, bool fromApplication)
+QString ReadAccessInterceptor::directoryOfDocument(const QUrl &url, QWebEngineUrlRequestInfo::NavigationType type) const
 {
-    // What the application loads, or went to before, may lie in any directory that it granted, the latest first; what
-    // the page navigates to itself stays where the page may read.
-    const QString entered = directoryOf(url, fromApplication ? m_granted : m_current);
+    using Info = QWebEngineUrlRequestInfo;
+    const QStringList latest = m_granted.mid(m_granted.size() - 1);
+    switch (type) {
+    case Info::NavigationTypeTyped: return directoryOf(url, latest);
+    // The application's load of the URL that is shown already looks like a reload.
+    case Info::NavigationTypeReload:
+        return directoryOf(url, url.adjusted(QUrl::RemoveFragment) == m_expected ? latest : m_current);
+    case Info::NavigationTypeBackForward: return directoryOf(url, m_granted);
+    // What the page navigates to itself stays where the page may read.
+    default: return directoryOf(url, m_current);
+    }
+}
+
+bool ReadAccessInterceptor::allowsDocument(const QUrl &url, QWebEngineUrlRequestInfo::NavigationType type)
+{
+    const QString entered = directoryOfDocument(url, type);
+    if (type == QWebEngineUrlRequestInfo::NavigationTypeTyped || type == QWebEngineUrlRequestInfo::NavigationTypeReload)
+        m_expected.clear();
     if (entered.isNull())
         return false;
     m_current.removeAll(entered);

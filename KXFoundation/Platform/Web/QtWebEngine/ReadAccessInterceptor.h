@@ -21,10 +21,11 @@ public:
     /// pass its requests on. Until the first grant the page reads no file.
     explicit ReadAccessInterceptor(QWebEnginePage &page);
 
-    /// For the next load of a file by the application; call it just before that load. `directory` is an absolute path;
-    /// it may be the file itself. The document that is shown keeps its own directory until the new one has been loaded,
-    /// and going back to a document brings its directory back.
-    void grant(const QString &directory);
+    /// For the application's next load of a file, `document`; call it just before that load. `directory` is an absolute
+    /// path and may be the file itself; an empty one grants nothing. No earlier grant counts for that load. The
+    /// document that is shown keeps its own directory until the new one has been loaded, and going back to a document
+    /// brings its directory back.
+    void grant(const QUrl &document, const QString &directory);
 
     void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
@@ -33,11 +34,14 @@ Q_SIGNALS:
     void blocked(const QUrl &url, bool mainFrame);
 
 private:
-    [[nodiscard]] bool allowsDocument(const QUrl &url, bool fromApplication);
+    /// The directory that lets the main frame show this file; null when none does.
+    [[nodiscard]] QString directoryOfDocument(const QUrl &url, QWebEngineUrlRequestInfo::NavigationType type) const;
+    [[nodiscard]] bool allowsDocument(const QUrl &url, QWebEngineUrlRequestInfo::NavigationType type);
     void loadingChanged(const QWebEngineLoadingInfo &info);
 
     QStringList m_granted; ///< Every directory so far, latest last.
     QStringList m_current; ///< Those of the document shown and of the one being loaded.
+    QUrl m_expected; ///< The application's next document, until its request comes.
     QUrl m_loading; ///< The file that is to be the document.
 };
 

@@ -141,8 +141,8 @@ void RealPage::loadRequested()
         return;
     if (m_dead)
         makeEnginePage();
-    if (!request->readAccessDirectory.isEmpty())
-        m_readAccess->grant(request->readAccessDirectory);
+    if (request->url.isLocalFile())
+        m_readAccess->grant(request->url, request->readAccessDirectory);
     // The engine does not ask about this scheme.
     if (request->url.scheme() == QLatin1String("about")
         && !acceptNavigation(request->url, EngineType::NavigationTypeTyped, true)) {
