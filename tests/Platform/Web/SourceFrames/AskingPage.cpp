@@ -1,33 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "AskingPage.h"
 
-#include <QtCore/QEventLoop>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
-#include <QtWebEngineCore/QWebEngineLoadingInfo>
-#include <QtWebEngineCore/QWebEngineNewWindowRequest>
-#include <QtWebEngineCore/QWebEngineProfile>
-#include <QtWebEngineCore/QWebEngineScript>
-#include <QtWebEngineCore/QWebEngineScriptCollection>
-#include <QtWebEngineCore/QWebEngineSettings>
+#include <QtWidgets/QWidget>
 
 namespace kx::test {
-namespace {
-
-const QString mark = QStringLiteral("source frame: ");
-
-QWebEngineScript scriptFor(const QString &name, const QString &source, quint32 world)
-{
-    QWebEngineScript script;
-    script.setName(name);
-    script.setSourceCode(source);
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setRunsOnSubFrames(true);
-    script.setWorldId(world);
-    return script;
-}
-
-} // namespace
 
 HttpResponse answer(const QByteArray &body, const QByteArray &type)
 {
@@ -37,73 +16,40 @@ HttpResponse answer(const QByteArray &body, const QByteArray &type)
     return response;
 }
 
-void AskingPage::prepare(QWebEngineProfile &profile)
+AskingPage::AskingPage(const WebPreferences &preferences)
 {
-    const QString send = QStringLiteral("(function (log) { return function (text) { log('") + mark
-        + QStringLiteral("' + text); }; }(console.debug.bind(console)))");
-    profile.scripts()->insert(scriptFor(QStringLiteral("frames"),
-        SourceFrameTracker::isolatedWorldScript().trimmed() + u'(' + send + QStringLiteral(");"),
-        QWebEngineScript::UserWorld));
-    profile.scripts()->insert(scriptFor(QStringLiteral("page"),
-        SourceFrameTracker::pageWorldScript().trimmed() + QStringLiteral("();"), QWebEngineScript::MainWorld));
+    const auto configuration = std::make_shared<WebViewConfiguration>();
+    configuration->preferences = preferences;
+    m_page = WebEngine::real().makePage(configuration, *this);
+    m_page->widget()->resize(400, 300);
+    m_page->widget()->show();
 }
 
-AskingPage::AskingPage(QWebEngineProfile *profile)
-    : QWebEnginePage(profile)
-{
-    settings()->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
-    settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
-    settings()->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
-    connect(this, &QWebEnginePage::loadingChanged, this, [this](const QWebEngineLoadingInfo &info) {
-        if (info.status() != QWebEngineLoadingInfo::LoadStartedStatus)
-            m_tracker.mainFrameLoadEnded();
-    });
-    connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest &request) {
-        ask({request.requestedUrl(), NavigationRequest::Kind::Other, NavigationRequest::Target::NewWindow});
-    });
-    m_view.setPage(this);
-    m_view.resize(400, 300);
-    m_view.show();
-}
+AskingPage::~AskingPage() = default;
 
-AskingPage::~AskingPage()
+NavigationPolicy AskingPage::decidePolicyForNavigationAction(const NavigationAction &action)
 {
-    disconnect(this, nullptr, this, nullptr); // the base class still signals when the members are gone
-}
-
-void AskingPage::ask(const NavigationRequest &request)
-{
-    const NavigationSource source = m_tracker.source(request);
     std::optional<bool> target;
-    if (request.target != NavigationRequest::Target::NewWindow)
-        target = request.target == NavigationRequest::Target::MainFrame;
-    m_questions.append({request.url, source.frame.mainFrame, target});
+    if (action.targetFrame)
+        target = action.targetFrame->mainFrame;
+    m_questions.append({action.url, action.sourceFrame.mainFrame, target});
+    const bool refused = m_refuses && !action.url.path().startsWith(QLatin1String("/redirect"));
+    return refused ? NavigationPolicy::Cancel : NavigationPolicy::Allow;
 }
 
-bool AskingPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
+void AskingPage::load(const QUrl &url)
 {
-    NavigationRequest request{url, NavigationRequest::Kind::Other,
-        isMainFrame ? NavigationRequest::Target::MainFrame : NavigationRequest::Target::SubFrame};
-    switch (type) {
-    case NavigationTypeLinkClicked: request.kind = NavigationRequest::Kind::Link; break;
-    case NavigationTypeTyped: request.kind = NavigationRequest::Kind::Typed; break;
-    case NavigationTypeFormSubmitted: request.kind = NavigationRequest::Kind::Form; break;
-    case NavigationTypeBackForward: request.kind = NavigationRequest::Kind::BackForward; break;
-    case NavigationTypeReload: request.kind = NavigationRequest::Kind::Reload; break;
-    case NavigationTypeOther: request.kind = NavigationRequest::Kind::Other; break;
-    case NavigationTypeRedirect: request.kind = NavigationRequest::Kind::Redirect; break;
-    }
-    ask(request);
-    return !m_refuses || url.path().startsWith(QLatin1String("/redirect"));
+    if (url.isLocalFile())
+        m_page->loadFile(url, QFileInfo(url.toLocalFile()).path());
+    else
+        m_page->load(url);
 }
 
-void AskingPage::javaScriptConsoleMessage(
-    JavaScriptConsoleMessageLevel level, const QString &message, int line, const QString &source)
+bool AskingPage::loadAndWait(const QUrl &url)
 {
-    if (message.startsWith(mark))
-        m_tracker.signal(message.mid(mark.size()));
-    else if (level == ErrorMessageLevel)
-        qInfo("%s:%d: %s", qPrintable(source.left(80)), line, qPrintable(message));
+    load(url);
+    const QString state = QLatin1String("complete") + url.path();
+    return waitFor([&] { return evaluate(QStringLiteral("document.readyState + location.pathname")) == state; });
 }
 
 bool AskingPage::waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit)
@@ -119,23 +65,19 @@ bool AskingPage::waitFor(const std::function<bool()> &condition, std::chrono::mi
     return true;
 }
 
-bool AskingPage::loadAndWait(const QUrl &url)
-{
-    load(url);
-    const QString state = QLatin1String("complete") + url.path();
-    return waitFor([&] { return evaluate(QStringLiteral("document.readyState + location.pathname")) == state; });
-}
-
 QVariant AskingPage::evaluate(const QString &script)
 {
-    const auto answer = std::make_shared<std::optional<QVariant>>();
-    runJavaScript(script, [answer](const QVariant &value) { *answer = value; });
-    return waitFor([answer] { return answer->has_value(); }) ? **answer : QVariant();
+    const auto answered = std::make_shared<std::optional<QVariant>>();
+    m_page->evaluateJavaScript(script, [answered](const QJsonValue &value, const std::optional<KXError> &error) {
+        *answered = error ? QVariant() : value.toVariant();
+    });
+    return waitFor([answered] { return answered->has_value(); }) ? **answered : QVariant();
 }
 
 void AskingPage::click(const QPoint &position)
 {
-    QTest::mouseClick(m_view.focusProxy(), Qt::LeftButton, {}, position);
+    QWidget *const receiver = m_page->widget()->focusProxy(); // the engine's own widget
+    QTest::mouseClick(receiver ? receiver : m_page->widget(), Qt::LeftButton, {}, position);
 }
 
 } // namespace kx::test

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/Platform/Web/SourceFrames/SourceFrameTracker.h>
+#include <KXFoundation/Platform/Web/WebEngine.h>
+#include <KXFoundation/Platform/Web/WebViewConfiguration.h>
 
 #include "Support/HttpServer.h"
 
+#include <QtCore/QPoint>
 #include <QtCore/QVariant>
-#include <QtWebEngineCore/QWebEnginePage>
-#include <QtWebEngineWidgets/QWebEngineView>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,22 +27,20 @@ struct Question {
 [[nodiscard]] HttpResponse answer(const QByteArray &body, const QByteArray &type = "text/html;charset=utf-8");
 
 /// A page in the real engine that keeps what it was asked about navigations.
-class AskingPage : public QWebEnginePage {
-    Q_OBJECT
+class AskingPage final : private WebPageClient {
 public:
-    explicit AskingPage(QWebEngineProfile *profile);
+    explicit AskingPage(const WebPreferences &preferences = {});
     ~AskingPage() override;
 
-    /// Puts the scripts into a profile that the page's frames need to have.
-    static void prepare(QWebEngineProfile &profile);
+    void load(const QUrl &url);
+    /// Loads and waits until the document of that path is complete, its frames included.
+    bool loadAndWait(const QUrl &url);
 
     /// Refuses everything but paths that begin with "/redirect", so that a page can ask many times.
     void refuseFromNow() { m_refuses = true; }
     [[nodiscard]] const QList<Question> &questions() const { return m_questions; }
     void forgetQuestions() { m_questions.clear(); }
 
-    /// Loads and waits until the document of that path is complete, its frames included.
-    bool loadAndWait(const QUrl &url);
     /// A script's value in the main frame; invalid if it threw or nothing answered.
     QVariant evaluate(const QString &script);
     /// One click of the left button, through the window system's events.
@@ -50,18 +49,20 @@ public:
     static bool waitFor(
         const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(5));
 
-protected:
-    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
-    void javaScriptConsoleMessage(
-        JavaScriptConsoleMessageLevel level, const QString &message, int line, const QString &source) override;
-
 private:
-    void ask(const NavigationRequest &request);
+    NavigationPolicy decidePolicyForNavigationAction(const NavigationAction &action) override;
+    void didFinishNavigation() override { }
+    void didFailProvisionalNavigation(const KXError &) override { }
+    void didFailNavigation(const KXError &) override { }
+    void webContentProcessDidTerminate() override { }
+    void runJavaScriptAlertPanel(const QString &, const FrameInfo &) override { }
+    bool runJavaScriptConfirmPanel(const QString &, const FrameInfo &) override { return false; }
+    QString runJavaScriptTextInputPanel(const QString &, const QString &, const FrameInfo &) override { return {}; }
+    void createWebView(const NavigationAction &, const WindowFeatures &) override { }
 
-    SourceFrameTracker m_tracker;
     QList<Question> m_questions;
-    QWebEngineView m_view;
     bool m_refuses = false;
+    std::unique_ptr<WebPage> m_page;
 };
 
 } // namespace kx::test

@@ -8,7 +8,6 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
-#include <QtWebEngineCore/QWebEngineProfile>
 
 #include <memory>
 
@@ -35,6 +34,10 @@ bool isKnownGap(const QString &main, const QString &from, const QString &way)
     // History has no announcement before it is asked about, and counts as the main frame's.
     if (way.startsWith(QLatin1String("history")))
         return from != QLatin1String("main");
+    // Frames that a file page without file access writes announce as it does, but their scripts cannot be seen from
+    // there, and a replacement without a script looks like the page's own refresh.
+    if (main == QLatin1String("lone file") && way == QLatin1String("top.location.replace"))
+        return from == QLatin1String("srcdoc") || from == QLatin1String("blob");
     // An opaque main document announces nothing; with frames about, what no link or form explains counts as theirs.
     static const QStringList explained{QStringLiteral("link _top"), QStringLiteral("link _self"),
         QStringLiteral("link _parent"), QStringLiteral("link to the main frame by name"),
@@ -83,13 +86,12 @@ private:
     HttpServer m_server;
     QTemporaryDir m_directory;
     QUrl m_mainUrl;
-    QWebEngineProfile m_profile;
     int m_cell = 0;
 };
 
 void SourceFramesMatrixTest::initTestCase()
 {
-    AskingPage::prepare(m_profile);
+    const AskingPage first; // the engine's start has warnings of its own about the platform
     m_server.serve("/strict.js", answer(resource(QStringLiteral("source_frames_strict.js")), "text/javascript"));
     m_server.serve("/before", answer("<!doctype html>before"));
     m_server.serve("/favicon.ico", answer({}));
@@ -126,7 +128,7 @@ QUrl SourceFramesMatrixTest::writeFile(const QString &name, const QByteArray &te
 
 void SourceFramesMatrixTest::makePages(const QString &main, const QString &from)
 {
-    const bool file = main == QLatin1String("file");
+    const bool file = main.endsWith(QLatin1String("file"));
     const QByteArray frame = frameDocument();
     const QByteArray nested =
         "<!doctype html><body style='margin:0'><iframe style='border:0;width:300px;height:100px' src='"
@@ -177,6 +179,7 @@ void SourceFramesMatrixTest::tellsWhichFrameNavigates_data()
     };
     rows("http", {"main", "same-origin", "cross-origin", "sandboxed", "srcdoc", "data", "blob", "written", "nested"});
     rows("file", {"main", "file", "cross-origin", "sandboxed", "srcdoc", "data", "blob"});
+    rows("lone file", {"srcdoc", "data", "blob"});
     rows("opaque", {"main", "cross-origin", "srcdoc"});
 }
 
@@ -188,7 +191,9 @@ void SourceFramesMatrixTest::tellsWhichFrameNavigates()
     const QPoint place(100, fromMain ? 50 : 150);
     makePages(main, from);
 
-    AskingPage page(&m_profile);
+    WebPreferences preferences;
+    preferences.allowFileAccessFromFileURLs = main != QLatin1String("lone file");
+    AskingPage page(preferences);
     QVERIFY(page.loadAndWait(m_server.url("/before")));
     page.load(m_mainUrl);
     QVERIFY(page.waitFor([&] {
