@@ -148,7 +148,14 @@ bool KXRWeakProxy::isMemberOfClass(const QMetaObject &metaObject) const
 
 bool KXRWeakProxy::conformsToProtocol(const QByteArray &interfaceId) const
 {
-    return m_target && !interfaceId.isEmpty() && m_target->qt_metacast(interfaceId.constData());
+    if (!m_target || interfaceId.isEmpty())
+        return false;
+    // The cast knows the names of the classes, too.
+    for (const QMetaObject *object = m_target->metaObject(); object; object = object->superClass()) {
+        if (interfaceId == object->className())
+            return false;
+    }
+    return m_target->qt_metacast(interfaceId.constData());
 }
 
 QString KXRWeakProxy::description() const

@@ -107,7 +107,8 @@ public:
     /// Whether the target's class is this one or inherits it, and whether it is exactly this one.
     [[nodiscard]] bool isKindOfClass(const QMetaObject &metaObject) const;
     [[nodiscard]] bool isMemberOfClass(const QMetaObject &metaObject) const;
-    /// Whether the target's class names the interface in Q_INTERFACES, by its Q_DECLARE_INTERFACE identifier.
+    /// Whether the target's class names the interface in Q_INTERFACES, by its Q_DECLARE_INTERFACE identifier. The name
+    /// of a QObject class is no interface.
     [[nodiscard]] bool conformsToProtocol(const QByteArray &interfaceId) const;
     /// The target's class, address and object name for people; null once it is gone. The second is the same text.
     [[nodiscard]] QString description() const;

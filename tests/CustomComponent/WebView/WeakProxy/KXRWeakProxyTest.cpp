@@ -289,6 +289,8 @@ private Q_SLOTS:
         QVERIFY(proxy.conformsToProtocol("org.kxfoundation.test.Seekable"));
         QVERIFY(!proxy.conformsToProtocol("org.kxfoundation.test.Other"));
         QVERIFY(!proxy.conformsToProtocol(""));
+        for (const char *className : {"LoudPlayer", "Player", "QObject"})
+            QVERIFY2(!proxy.conformsToProtocol(className), className);
         QVERIFY(proxy.description().contains(QStringLiteral("LoudPlayer")));
         QVERIFY(proxy.description().contains(QStringLiteral("loud")));
         QCOMPARE(proxy.debugDescription(), proxy.description());
