@@ -216,6 +216,21 @@ private Q_SLOTS:
         QCOMPARE(waiting(), QStringLiteral(R"(["m"])"));
     }
 
+    void aCallbackWaitsBeforeItsMessageGoesOut()
+    {
+        m_page->run(
+            "_vexaNativeObject.h5InvokeNative = function (text) {"
+            "  var call = JSON.parse(text).message;"
+            "  _vexa.invokeH5({type: 'handler', message: {method: call.method, mid: call.mid, data: call.mid}});"
+            "}; 0");
+        inject();
+        m_page->run(
+            "_vexa.invokeNative('a', keep); _vexa.invokeNativeOnce('b', keep); _vexa.canInvokeNative('c', keep);");
+        QCOMPARE(m_page->json("answers"), QStringLiteral(R"(["absent",2,"absent"])"));
+        QCOMPARE(waiting(), QStringLiteral(R"(["a","c"])"));
+        QVERIFY(m_page->errors.isEmpty());
+    }
+
     // Calls from the program
 
     void aRegisteredMethodIsCalledAndAnswers()
@@ -328,6 +343,29 @@ private Q_SLOTS:
         m_page->run(
             QString(KXWebViewJSBridge::javasctipt4Inject() + QStringLiteral("window._vexaCallers = [keep]; 0")));
         QTRY_COMPARE(m_page->run("answers.length").toInt(), 1);
+    }
+
+    void aSecondInjectionCallsNobody()
+    {
+        m_page->run("window._vexaCallers = [keep];");
+        inject();
+        QTRY_COMPARE(m_page->run("answers.length").toInt(), 1);
+        m_page->run("window._vexaCallers = [keep];");
+        inject();
+        m_page->run("setTimeout(function () { answers.push('later'); }, 0); 0"); // comes behind what the script started
+        QTRY_COMPARE(m_page->run("answers[answers.length - 1]").toString(), QStringLiteral("later"));
+        QCOMPARE(m_page->run("answers.length").toInt(), 2);
+        QVERIFY(m_page->run("'_vexaCallers' in window").toBool());
+    }
+
+    void whatIsNoListOfCallersIsLeftAlone()
+    {
+        m_page->run("window._vexaCallers = {0: keep, length: 1};");
+        inject();
+        m_page->run("setTimeout(function () { answers.push('later'); }, 0); 0");
+        QTRY_COMPARE(m_page->json("answers"), QStringLiteral(R"(["later"])"));
+        QVERIFY(m_page->run("'_vexaCallers' in window").toBool());
+        QVERIFY(m_page->errors.isEmpty());
     }
 
     void aCallersListThatCannotBeDeletedIsEmptied()
