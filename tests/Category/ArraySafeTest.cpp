@@ -58,6 +58,9 @@ private Q_SLOTS:
         QStringList texts;
         pn_addObject(texts, QStringLiteral(""));
         QCOMPARE(texts, QStringList{QStringLiteral("")});
+        QByteArrayList data;
+        pn_addObject(data, QByteArray(""));
+        QCOMPARE(data, QByteArrayList{QByteArray("")});
         QJsonArray json;
         pn_addObject(json, QJsonValue(QJsonValue::Null));
         QCOMPARE(json, QJsonArray{QJsonValue::Null});

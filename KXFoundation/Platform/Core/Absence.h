@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QJsonValue>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -17,6 +18,7 @@ namespace kx {
 template <class T> struct Absence;
 
 /// Null pointers of every kind: raw, smart and weak ones that can be compared with nullptr, empty functions, handles.
+/// Not what has a size: some texts take nullptr for an empty text, others read through it.
 template <class T>
 requires requires(const T &value)
 {
@@ -24,6 +26,10 @@ requires requires(const T &value)
         value == nullptr
         } -> std::convertible_to<bool>;
     requires std::is_constructible_v<T, std::nullptr_t>;
+    requires !requires
+    {
+        value.size();
+    };
 }
 struct Absence<T> {
     static bool isAbsent(const T &value) { return value == nullptr; }
@@ -39,6 +45,12 @@ template <class T> struct Absence<std::optional<T>> {
 template <> struct Absence<QString> {
     static bool isAbsent(const QString &value) { return value.isNull(); }
     static QString absent() { return {}; }
+};
+
+/// Null; no bytes at all are a value.
+template <> struct Absence<QByteArray> {
+    static bool isAbsent(const QByteArray &value) { return value.isNull(); }
+    static QByteArray absent() { return {}; }
 };
 
 /// Undefined; JSON's null is a value.

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <string_view>
 
 using kx::isAbsent;
 
@@ -17,6 +18,9 @@ static_assert(std::is_same_v<kx::Maybe<QJsonValue>, QJsonValue>);
 static_assert(std::is_same_v<kx::Maybe<std::optional<int>>, std::optional<int>>);
 static_assert(std::is_same_v<kx::Maybe<std::shared_ptr<int>>, std::shared_ptr<int>>);
 static_assert(std::is_same_v<kx::Maybe<int *>, int *>);
+// Texts that can be made of a null pointer, which is not to say that they can be compared with one.
+static_assert(std::is_same_v<kx::Maybe<std::string_view>, std::optional<std::string_view>>);
+static_assert(std::is_same_v<kx::Maybe<QStringView>, std::optional<QStringView>>);
 
 class AbsenceTest : public QObject {
     Q_OBJECT
@@ -28,6 +32,8 @@ private Q_SLOTS:
     {
         QVERIFY(isAbsent(QString()));
         QVERIFY(!isAbsent(QStringLiteral("")));
+        QVERIFY(isAbsent(QByteArray()));
+        QVERIFY(!isAbsent(QByteArray("")));
         QVERIFY(isAbsent(QJsonValue(QJsonValue::Undefined)));
         QVERIFY(!isAbsent(QJsonValue(QJsonValue::Null)));
         QVERIFY(!isAbsent(QJsonValue(QString())));
@@ -70,6 +76,7 @@ private Q_SLOTS:
     void makesAbsentValues()
     {
         QVERIFY(isAbsent(kx::Absence<QString>::absent()));
+        QVERIFY(isAbsent(kx::Absence<QByteArray>::absent()));
         QVERIFY(isAbsent(kx::Absence<QJsonValue>::absent()));
         QVERIFY(isAbsent(kx::Absence<QVariant>::absent()));
         QVERIFY(isAbsent(kx::Absence<std::shared_ptr<int>>::absent()));
