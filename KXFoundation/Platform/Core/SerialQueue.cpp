@@ -33,6 +33,7 @@ struct SerialQueue::Core {
     bool stopping = false;
     std::atomic<qsizetype> count = 0;
     std::thread thread;
+    std::thread::id threadId; // also known while the destructor has taken the thread
 
     // Every entry up to this number is done with.
     quint64 settled() const { return running ? running - 1 : waiting.empty() ? added : waiting.front().number - 1; }
@@ -75,13 +76,13 @@ SerialQueue::SerialQueue()
 
 SerialQueue::~SerialQueue()
 {
-    cancelAllOperations();
     std::thread thread;
     {
         const std::lock_guard lock(m_core->mutex);
         m_core->stopping = true;
         thread = std::move(m_core->thread);
     }
+    cancelAllOperations(); // the running one adds no more
     m_core->work.notify_all();
     if (thread.get_id() == std::this_thread::get_id())
         thread.detach();
@@ -92,10 +93,13 @@ SerialQueue::~SerialQueue()
 void SerialQueue::addOperation(Operation operation)
 {
     const std::lock_guard lock(m_core->mutex);
+    if (m_core->stopping)
+        return; // by the operation that the destructor waits for
     if (!m_core->thread.joinable()) {
         try {
             const SignalsBlocked blocked; // inherited by the thread: the host's handlers run in the host's threads
             m_core->thread = std::thread([core = m_core] { core->run(); });
+            m_core->threadId = m_core->thread.get_id();
         } catch (const std::system_error &) {
             return;
         }
@@ -117,7 +121,7 @@ void SerialQueue::cancelAllOperations()
 void SerialQueue::waitUntilAllOperationsAreFinished()
 {
     std::unique_lock lock(m_core->mutex);
-    if (m_core->thread.get_id() == std::this_thread::get_id())
+    if (m_core->threadId == std::this_thread::get_id())
         return;
     const quint64 last = m_core->added;
     while (m_core->settled() < last) {

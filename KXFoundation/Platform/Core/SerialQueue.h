@@ -18,6 +18,7 @@ public:
 
     SerialQueue();
     /// Cancels what has not started and waits for the running operation, unless that operation is what drops the queue.
+    /// What the running operation adds meanwhile is dropped.
     ~SerialQueue();
     Q_DISABLE_COPY_MOVE(SerialQueue)
 

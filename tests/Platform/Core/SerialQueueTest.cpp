@@ -187,6 +187,26 @@ private Q_SLOTS:
         QCOMPARE(others.load(), 0);
     }
 
+    void dropsWhatTheRunningOperationAddsWhileItGoes()
+    {
+        std::atomic<int> others = 0;
+        std::binary_semaphore started(0);
+        auto queue = std::make_unique<kx::SerialQueue>();
+        auto waiting = std::make_shared<int>(0); // dropped by the destructor
+        const std::weak_ptr<int> going = waiting;
+        queue->addOperation([&started, &others, &going, same = queue.get()] {
+            started.release();
+            while (!going.expired())
+                std::this_thread::yield();
+            same->addOperation([&others] { ++others; });
+            same->waitUntilAllOperationsAreFinished(); // would hang if it waited for itself
+        });
+        started.acquire();
+        queue->addOperation([waiting = std::move(waiting)] {});
+        queue.reset();
+        QCOMPARE(others.load(), 0);
+    }
+
     void mayBeDroppedByItsOwnOperation()
     {
         std::binary_semaphore dropped(0);
