@@ -3,20 +3,10 @@
 
 #include <KXFoundation/Platform/Core/FileTree.h>
 
-#include <QtCore/QFileInfo>
-
 #include <cerrno>
 #include <system_error>
 
 namespace {
-
-// A link's name with a "/" behind it means the directory that the link leads to.
-QString withoutTrailingSlashes(QString path)
-{
-    while (path.size() > 1 && path.endsWith(u'/'))
-        path.chop(1);
-    return path;
-}
 
 // What the system would cut off or refuse, before anything is removed for it.
 bool isUsable(const QString &path)
@@ -30,8 +20,8 @@ std::optional<KXError> kx_mkdirP(const QString &directoryPath)
 {
     if (!isUsable(directoryPath))
         return KXError::fromErrno(EINVAL);
-    const QString path = withoutTrailingSlashes(directoryPath);
-    if (QFileInfo(path).isDir())
+    const QString path = kx::withoutTrailingSlashes(directoryPath);
+    if (kx::isDirectory(path))
         return std::nullopt;
     if (kx::somethingExists(path))
         kx::removeTree(path);
@@ -44,7 +34,7 @@ std::optional<KXError> kx_rm_mkdirP(const QString &directoryPath)
 {
     if (!isUsable(directoryPath))
         return KXError::fromErrno(EINVAL);
-    kx::removeTree(withoutTrailingSlashes(directoryPath));
+    kx::removeTree(directoryPath);
     return kx_mkdirP(directoryPath);
 }
 
@@ -56,7 +46,7 @@ QString kx_DirWithTypeWithPathComponents(QStandardPaths::StandardLocation type, 
     for (QStringView component : withPathComponents) {
         while (component.startsWith(u'/'))
             component = component.sliced(1);
-        path = withoutTrailingSlashes(kx::childPath(path, component));
+        path = kx::withoutTrailingSlashes(kx::childPath(path, component));
     }
     return kx_mkdirP(path) ? QString() : path;
 }

@@ -48,6 +48,17 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(at("d/e")).isDir());
     }
 
+    // The name of a directory among Qt's resources.
+    void makesADirectoryWhoseNameBeginsWithAColon()
+    {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_root->path()));
+        const bool failed = kx_mkdirP(QStringLiteral(":/qt-project.org")).has_value();
+        QVERIFY(QDir::setCurrent(before));
+        QVERIFY(!failed);
+        QVERIFY(QFileInfo(at("./:/qt-project.org")).isDir());
+    }
+
     void keepsADirectoryThatIsThere()
     {
         QVERIFY(!kx_mkdirP(at("a")));

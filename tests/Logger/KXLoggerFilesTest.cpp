@@ -316,6 +316,11 @@ private Q_SLOTS:
         m_logger->cleanLogFiles();
         QTRY_VERIFY(!QFileInfo(m_directory->base()).isSymLink());
         QCOMPARE(fileBytes(kept + u"/file"), QByteArray("precious"));
+        QVERIFY(QFile::link(kept, m_directory->base()));
+        m_logger->setLogBaseDirectory(QString(m_directory->base() + u'/'));
+        m_logger->cleanLogFiles();
+        QTRY_VERIFY(!QFileInfo(m_directory->base()).isSymLink());
+        QCOMPARE(fileBytes(kept + u"/file"), QByteArray("precious"));
     }
 
     // --- failures

@@ -46,6 +46,19 @@ QStringList entryNames(const QString &directory)
     return names;
 }
 
+QString withoutTrailingSlashes(QString path)
+{
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    return path;
+}
+
+bool isDirectory(const QString &path)
+{
+    std::error_code unreadable;
+    return std::filesystem::is_directory(nativePath(path), unreadable);
+}
+
 bool somethingExists(const QString &path)
 {
     return ownStatus(path).has_value();
@@ -66,16 +79,17 @@ std::error_code makeDirectories(const QString &path)
 {
     std::error_code failure;
     std::filesystem::create_directories(nativePath(path), failure);
-    std::error_code unreadable;
-    if (std::filesystem::is_directory(nativePath(path), unreadable))
+    if (isDirectory(path))
         return {};
     return failure ? failure : std::make_error_code(std::errc::not_a_directory);
 }
 
 void removeTree(const QString &path)
 {
+    if (path.contains(QChar(0)))
+        return;
     std::error_code ignored;
-    std::filesystem::remove_all(nativePath(path), ignored);
+    std::filesystem::remove_all(nativePath(withoutTrailingSlashes(path)), ignored);
 }
 
 std::optional<VolumeSpace> volumeSpace(const QString &path)

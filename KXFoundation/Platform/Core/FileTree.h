@@ -16,6 +16,12 @@ namespace kx {
 /// Names of everything in a directory, hidden entries included, in no order. Empty when it cannot be listed.
 [[nodiscard]] QStringList entryNames(const QString &directory);
 
+/// The path without slashes behind it: a link's name with a "/" at its end means the directory that the link leads to.
+[[nodiscard]] QString withoutTrailingSlashes(QString path);
+
+/// True when a directory is at the path, be it through a link.
+[[nodiscard]] bool isDirectory(const QString &path);
+
 /// True when anything has this name, be it only a link that leads nowhere.
 [[nodiscard]] bool somethingExists(const QString &path);
 
@@ -25,7 +31,8 @@ namespace kx {
 /// Makes the directory with its missing parents. Success when it is there afterwards, made or not.
 std::error_code makeDirectories(const QString &path);
 
-/// Removes the entry with all its contents. Links are removed, never followed. Stops at the first failure.
+/// Removes the entry with all its contents. Links are removed, never followed, also when slashes stand behind their
+/// names. Stops at the first failure. Does nothing for a path with a null character, which the system would cut there.
 void removeTree(const QString &path);
 
 struct VolumeSpace {

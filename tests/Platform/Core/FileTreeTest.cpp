@@ -85,6 +85,33 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path("kept/sub")).isDir());
     }
 
+    void removesALinkWhoseNameEndsWithSlashes()
+    {
+        QVERIFY(QDir().mkpath(path("kept/sub")));
+        QVERIFY(QFile::link(path("kept"), path("link")));
+        kx::removeTree(path("link//"));
+        QVERIFY(!kx::somethingExists(path("link")));
+        QVERIFY(QFileInfo(path("kept/sub")).isDir());
+    }
+
+    void removesNothingForANameThatWouldBeCut()
+    {
+        QVERIFY(QDir().mkpath(path("kept/sub")));
+        kx::removeTree(QString(path("kept") + QChar(0) + u"off"));
+        QVERIFY(QFileInfo(path("kept/sub")).isDir());
+    }
+
+    void seesDirectoriesThroughLinks()
+    {
+        QVERIFY(kx::isDirectory(m_directory->path()));
+        QVERIFY(QFile::link(m_directory->path(), path("link")));
+        QVERIFY(kx::isDirectory(path("link")));
+        QVERIFY(!kx::isDirectory(path("missing")));
+        QVERIFY(QFile(path("file")).open(QIODevice::WriteOnly));
+        QVERIFY(!kx::isDirectory(path("file")));
+        QVERIFY(!kx::isDirectory(QStringLiteral(":/qt-project.org"))); // only the file system counts
+    }
+
     void tellsTheSpaceOfAVolume()
     {
         const auto space = kx::volumeSpace(m_directory->path());
