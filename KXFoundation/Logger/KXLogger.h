@@ -101,9 +101,8 @@ public:
     /// failed. Does not change logPath().
     QString makeLogFilePath();
 
-    /// "<free>G/<total>G" of the volume with the user's documents (its nearest existing folder), in GiB with two
-    /// digits;
-    /// "--/--" when the system does not tell.
+    /// "<free>G/<total>G" of the volume with the user's documents (with the nearest folder above them that exists), in
+    /// GiB with two decimals, such as "123.45G/465.63G"; "--/--" when the system does not tell.
     [[nodiscard]] static QString volumeAvailableCapacity();
     /// The same for the volume that holds `path`.
     [[nodiscard]] static QString volumeAvailableCapacity(const QString &path);
@@ -112,7 +111,7 @@ public:
 
     /// Size in MiB from which a file is written again from its beginning, older bytes behind staying in place; 10 at
     /// first. Deliberate: the limit in bytes is this shifted left by 20 in 32 bits and then widened with its sign, so
-    /// 2048 to 4095 and negative sizes never wrap, and 0 and 4096 start over with every batch.
+    /// 2048 to 4095 and -2048 to -1 never wrap, 0 and 4096 start over with every batch, and 4097 counts as 1.
     [[nodiscard]] qint32 maxFileSize() const;
     void setMaxFileSize(qint32 mebibytes);
 
@@ -138,14 +137,17 @@ public:
     /// Where every file is written. Never null.
     [[nodiscard]] std::shared_ptr<kx::SerialQueue> logQueue();
     /// Several loggers may share a queue; one that cancels then cancels for all. For the time before the first line:
-    /// lines in the old queue and in the new one are in no order. None gives a queue of its own.
+    /// lines in the old queue and in the new one are in no order, and a queue that nobody else holds goes with the
+    /// lines that wait in it. None gives a queue of its own.
     void setLogQueue(std::shared_ptr<kx::SerialQueue> queue);
 
     /// Path of this run's file; the first use makes the file. A null path has it made anew.
     [[nodiscard]] QString logPath();
     void setLogPath(const QString &path);
 
-    /// Newest file of an earlier run: the last one in the last day folder, looked up once; null when there is none yet.
+    /// Newest file of an earlier run: the last one in the last day folder, looked up by setLogBaseDirectory() or by the
+    /// first use and then kept. Null when there is none; only a path is kept, so without an earlier run a later call
+    /// looks again and finds the file of this run once that is made.
     [[nodiscard]] QString previousLogPath();
     void setPreviousLogPath(const QString &path);
 

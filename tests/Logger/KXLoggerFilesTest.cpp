@@ -10,6 +10,7 @@
 #include <QtTest/QTest>
 
 #include <atomic>
+#include <semaphore>
 #include <thread>
 
 #include <fcntl.h>
@@ -130,6 +131,9 @@ private Q_SLOTS:
     {
         m_logger->setLogBaseDirectory(m_directory->base());
         QVERIFY(m_logger->previousLogPath().isNull());
+        // Deliberate: that there was none is not kept.
+        m_logger->save();
+        QCOMPARE(m_logger->previousLogPath(), m_logger->logPath());
     }
 
     // --- switching
@@ -298,6 +302,19 @@ private Q_SLOTS:
         m_logger->writeLog(0, QStringLiteral("again"));
         m_logger->save();
         QCOMPARE(fileBytes(m_logger->logPath()), QByteArray("again\nforce eof\n"));
+    }
+
+    void dropsTheLinesThatWaitWhenDeletingAllLogs()
+    {
+        m_logger->setLogBaseDirectory(m_directory->base());
+        m_logger->writeLog(0, QStringLiteral("in memory"));
+        std::binary_semaphore goOn(0);
+        m_logger->logQueue()->addOperation([&goOn] { goOn.acquire(); });
+        m_logger->writeLog(0, QStringLiteral("waiting"));
+        m_logger->cleanLogFiles();
+        goOn.release();
+        m_logger->logQueue()->waitUntilAllOperationsAreFinished();
+        QCOMPARE(m_logger->memoryLogs(), QStringList{QStringLiteral("in memory\n")});
     }
 
     void neverFollowsALinkWhenDeletingAllLogs()

@@ -6,6 +6,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QStorageInfo>
 #include <QtTest/QTest>
 
 #include <semaphore>
@@ -354,6 +355,9 @@ private Q_SLOTS:
         QTest::newRow("10 MiB, reached") << 10 << 10485760 << true;
         QTest::newRow("nothing") << 0 << 100 << true;
         QTest::newRow("negative") << -1 << 3000000 << false;
+        QTest::newRow("negative: last negative limit") << -2048 << 3000000 << false;
+        QTest::newRow("negative: 1 MiB") << -4095 << (1 << 20) << true;
+        QTest::newRow("negative: none left") << -4096 << 100 << true;
         QTest::newRow("32 bits: negative limit") << 2048 << 3000000 << false;
         QTest::newRow("32 bits: last negative limit") << 4095 << 3000000 << false;
         QTest::newRow("32 bits: none left") << 4096 << 100 << true;
@@ -456,6 +460,8 @@ private Q_SLOTS:
         const QStringList parts = QString(text).remove(u'G').split(u'/');
         QVERIFY(parts[0].toDouble() <= parts[1].toDouble());
         QVERIFY(parts[1].toDouble() > 0);
+        const auto total = double(QStorageInfo(QDir::tempPath()).bytesTotal());
+        QCOMPARE(parts[1], QString::number(double(float(total / (1 << 30))), 'f', 2));
         QCOMPARE(KXLogger::volumeAvailableCapacity(QStringLiteral("/proc")), QStringLiteral("0.00G/0.00G"));
     }
 
