@@ -54,6 +54,7 @@ function(kx_add_library component)
         EXPORT_NAME ${component}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH "$ORIGIN" # the libraries find each other wherever they are installed together
         VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 

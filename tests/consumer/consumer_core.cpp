@@ -1,13 +1,23 @@
 // SPDX-License-Identifier: MIT
+// A background program of a host: the Core component alone.
+#include <KXFoundation/ActionKit/KXActionItem.h>
+#include <KXFoundation/ActionKit/KXActionManager.h>
+#include <KXFoundation/ActionKit/KXActionProcessor.h>
 #include <KXFoundation/KXFoundationVersion.h>
-#include <KXFoundation/Platform/Core/Format.h>
 
 #include <cstdio>
 #include <cstring>
 
 int main()
 {
-    const QString line = kx::format("%@ %.1f", QStringLiteral("core"), KXFoundationVersionNumber);
-    std::puts(qPrintable(line));
-    return std::strncmp(reinterpret_cast<const char *>(KXFoundationVersionString), "KXFoundation ", 13) == 0 ? 0 : 1;
+    QString played;
+    auto player = std::make_shared<KXActionProcessor>(QStringLiteral("kx"));
+    player->registerHandler(
+        [&played](const KXActionItem &item) { played = item.queryMap().value(QStringLiteral("id")); },
+        QStringLiteral("/play"));
+    KXActionManager::registerProcessor(player);
+
+    const bool handled = KXActionManager::handleActionWithURL(QStringLiteral("kx://action.cmd/play?id=7"));
+    std::printf("%s plays %s\n", reinterpret_cast<const char *>(KXFoundationVersionString), qPrintable(played));
+    return handled && played == u"7" && KXFoundationVersionNumber > 0 ? 0 : 1;
 }

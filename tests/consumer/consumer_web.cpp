@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/KXFoundationVersion.h>
-#include <KXFoundation/Platform/Web/WebViewConfiguration.h>
+// A host with everything, compiled against installed headers alone: no engine header is needed to use the web view.
+#include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
+#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
+
+#include <QtWidgets/QApplication>
 
 #include <cstdio>
 
-int main()
+#if __has_include(<QWebEngineView>)
+#error "the engine's headers must not come along"
+#endif
+
+int main(int argc, char *argv[])
 {
-    kx::UserContentController controller;
-    controller.addUserScript({QStringLiteral("void 0"), kx::UserScript::InjectionTime::DocumentStart, false});
-    std::printf("%s\n", reinterpret_cast<const char *>(KXFoundationVersionString));
-    return controller.userScripts().size() == 1 ? 0 : 1;
+    const QApplication application(argc, argv);
+    KXWKWebView *(*const makeHost)() = [] { return new KXWKWebView(QRectF(0, 0, 320, 180)); };
+    KXURLSchemeManager::sharedManager().onComingRequest([](const kx::URLSchemeTaskPtr &task) { task->didFinish(); });
+    std::printf("linked: %s\n", makeHost ? KXWKWebView::staticMetaObject.className() : "");
+    return KXURLSchemeManager::sharedManager().startRequestBlock() ? 0 : 1;
 }
