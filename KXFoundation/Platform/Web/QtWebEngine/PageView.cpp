@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Web/QtWebEngine/PageView.h>
 
+#include <KXFoundation/Platform/Web/QtWebEngine/RealEngine.h>
+
 #include <QtCore/QChildEvent>
 #include <QtGui/QAction>
 #include <QtGui/QMouseEvent>
@@ -56,10 +58,12 @@ PageView::~PageView() = default;
 // The engine makes the widget that gets the input anew for each renderer; every such widget is a child.
 void PageView::childEvent(QChildEvent *event)
 {
-    if (event->added())
+    if (event->added()) {
         event->child()->installEventFilter(this);
-    else if (event->removed())
+        RealEngine::endFirst(); // it draws with what has to outlive it
+    } else if (event->removed()) {
         event->child()->removeEventFilter(this);
+    }
     QWebEngineView::childEvent(event);
 }
 

@@ -24,6 +24,14 @@ RealEngine::RealEngine()
 
 RealEngine::~RealEngine() = default;
 
+void RealEngine::endFirst()
+{
+    // Of the application's routines the latest runs first.
+    static constexpr auto end = [] { static_cast<RealEngine &>(WebEngine::real()).shutDown(); };
+    qRemovePostRoutine(end);
+    qAddPostRoutine(end);
+}
+
 void RealEngine::shutDown()
 {
     for (const QPointer<RealPage> &page : std::exchange(m_pages, {})) {
@@ -37,10 +45,7 @@ std::unique_ptr<WebPage> RealEngine::makePage(
     const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client)
 {
     const PageProfile profile = m_profiles->profileFor(configuration);
-    if (std::exchange(m_endsWith, QCoreApplication::instance()) != QCoreApplication::instance()) {
-        // The engine has added its own routine by now; the latest runs first.
-        qAddPostRoutine([] { static_cast<RealEngine &>(WebEngine::real()).shutDown(); });
-    }
+    endFirst();
     m_pages.removeIf([](const QPointer<RealPage> &page) { return page.isNull(); });
     auto page = std::make_unique<RealPage>(configuration, client, profile);
     m_pages.append(page.get());

@@ -27,12 +27,14 @@ public:
         const std::shared_ptr<WebViewConfiguration> &configuration, WebPageClient &client) override;
     void registerSchemes(const QStringList &schemes) override;
 
+    /// Has the end of this engine run before that of everything begun until now, at the application's end.
+    static void endFirst();
+
 private:
     void shutDown();
 
     std::unique_ptr<ProfileStore> m_profiles;
     QList<QPointer<RealPage>> m_pages;
-    const QObject *m_endsWith = nullptr; // the application object whose destructor runs shutDown()
 };
 
 } // namespace kx
