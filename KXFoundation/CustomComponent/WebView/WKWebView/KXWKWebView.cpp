@@ -7,6 +7,7 @@
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 #include <KXFoundation/CustomComponent/WebView/WeakProxy/KXRWeakProxy.h>
 #include <KXFoundation/Logger/KXLogger.h>
+#include <KXFoundation/Platform/Core/Strings.h>
 #include <KXFoundation/Platform/Web/WebEngine.h>
 
 #include <QtCore/QTimer>
@@ -142,10 +143,11 @@ void KXWKWebView::cleanup()
     m_weakProxy.reset();
 }
 
-void KXWKWebView::updateURL(const QUrl &url)
+void KXWKWebView::updateURL(const QUrl &newURL)
 {
-    if (url.isEmpty())
+    if (newURL.isEmpty())
         return;
+    const QUrl url = newURL; // it may be url() itself, which whoever hears of the change may change again
     const QPointer self(this);
     setUrl(url);
     if (!self)
@@ -173,7 +175,7 @@ void KXWKWebView::updateURL(const QUrl &url)
 
 void KXWKWebView::reloadCurrentURL()
 {
-    updateURL(QUrl(m_url));
+    updateURL(m_url);
 }
 
 void KXWKWebView::onNavigationCompletion()
@@ -243,8 +245,10 @@ void KXWKWebView::setWkWebView(std::unique_ptr<KXWebView> wkWebView)
 
 void KXWKWebView::setName(const QString &name)
 {
-    if (std::exchange(m_name, name) != name)
-        Q_EMIT nameChanged(name);
+    if (kx::same(m_name, name))
+        return;
+    m_name = name;
+    Q_EMIT nameChanged(m_name);
 }
 
 void KXWKWebView::setAllowNavigation(bool allowNavigation)
@@ -255,14 +259,18 @@ void KXWKWebView::setAllowNavigation(bool allowNavigation)
 
 void KXWKWebView::setWhiteHostList(const QStringList &whiteHostList)
 {
-    if (std::exchange(m_whiteHostList, whiteHostList) != whiteHostList)
-        Q_EMIT whiteHostListChanged(whiteHostList);
+    if (m_whiteHostList == whiteHostList)
+        return;
+    m_whiteHostList = whiteHostList;
+    Q_EMIT whiteHostListChanged(m_whiteHostList);
 }
 
 void KXWKWebView::setUrl(const QUrl &url)
 {
-    if (std::exchange(m_url, url) != url)
-        Q_EMIT urlChanged(url);
+    if (m_url == url)
+        return;
+    m_url = url;
+    Q_EMIT urlChanged(m_url);
 }
 
 QString KXWKWebView::ownWebHost()

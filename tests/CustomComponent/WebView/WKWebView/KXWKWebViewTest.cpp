@@ -371,6 +371,8 @@ void KXWKWebViewTest::reloadsTheCurrentURL()
     QVERIFY(page()->loads.isEmpty());
     m_host->reloadCurrentURL();
     QCOMPARE(page()->loads, (QList<Load>{{url, {}}}));
+    m_host->updateURL(m_host->url());
+    QCOMPARE(page()->loads, (QList<Load>{{url, {}}, {url, {}}}));
 }
 
 // --- the end of a load
@@ -715,6 +717,12 @@ void KXWKWebViewTest::tellsAboutChangedProperties()
     for (const QSignalSpy *spy : {&names, &interactions, &navigations, &lists, &urls})
         QCOMPARE(spy->size(), 1);
     QCOMPARE(m_host->name(), u"ad"_qs);
+    m_host->setName(m_host->name());
+    m_host->setWhiteHostList(m_host->whiteHostList());
+    QCOMPARE(m_host->name(), u"ad"_qs);
+    m_host->setName(QString());
+    m_host->setName(u""_qs);
+    QVERIFY(!m_host->name().isNull());
     QVERIFY(!m_host->userInteraction());
     QVERIFY(!m_host->allowNavigation());
     QCOMPARE(m_host->whiteHostList(), QStringList{u"a.example"_qs});
