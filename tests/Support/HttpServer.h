@@ -18,7 +18,7 @@ struct HttpResponse {
     QByteArray body;
     QByteArray contentType = "text/html;charset=utf-8";
     int status = 200;
-    QList<QPair<QByteArray, QByteArray>> headers; ///< Beside Content-Type and Content-Length.
+    QList<QPair<QByteArray, QByteArray>> headers{}; ///< Beside Content-Type and Content-Length.
     qsizetype cutAfter = -1; ///< Close the connection after this many bytes of the body; -1 sends it all.
     bool silent = false; ///< Never answer, keep the connection.
 };
