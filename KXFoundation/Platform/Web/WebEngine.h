@@ -19,9 +19,9 @@ namespace kx {
 
 class WebViewConfiguration;
 
-/// Called when a script has been evaluated: with its value (Undefined for what JSON cannot carry), or with the error.
-/// A thrown exception is WebErrorJavaScriptException with the script's error text, a syntax error too; a page or
-/// process that went away first is WebErrorViewInvalidated. Never called from inside the evaluating call.
+/// Called when a script has been evaluated: with its value (Undefined for null and for what JSON cannot carry), or with
+/// the error. A thrown exception is WebErrorJavaScriptException with the script's error text, a syntax error too; a
+/// page or process that went away first is WebErrorViewInvalidated. Never called from inside the evaluating call.
 using EvaluationHandler = std::function<void(const QJsonValue &value, const std::optional<KXError> &error)>;
 /// The same for a script whose value nobody wants.
 using ExecutionHandler = std::function<void(const std::optional<KXError> &error)>;

@@ -35,16 +35,18 @@ EnginePage::EnginePage(const std::shared_ptr<QWebEngineProfile> &profile, Engine
 
 void EnginePage::dispose(EnginePage *page, QWebEngineView *view)
 {
-    if (view) {
-        view->hide();
-        view->setParent(nullptr);
-    }
     if (page) {
         page->m_owner = nullptr;
-        page->m_viewToDelete = view;
-        if (page->m_questions > 0)
+        if (page->m_questions > 0) {
+            page->m_viewToDelete = view;
+            if (view) {
+                view->hide();
+                view->setParent(nullptr);
+            }
             return;
+        }
     }
+    // Not taken off its parent first: at the end of the application the engine's widget does not survive that.
     delete view;
     delete page;
 }
@@ -82,7 +84,7 @@ bool EnginePage::javaScriptPrompt(const QUrl &, const QString &message, const QS
 void EnginePage::javaScriptConsoleMessage(
     JavaScriptConsoleMessageLevel level, const QString &message, int lineNumber, const QString &sourceID)
 {
-    if (!m_owner || !m_owner->consoleLine(message))
+    if (!m_owner || !m_owner->consoleLine(message, sourceID))
         QWebEnginePage::javaScriptConsoleMessage(level, message, lineNumber, sourceID);
 }
 

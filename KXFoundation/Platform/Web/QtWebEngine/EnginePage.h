@@ -17,8 +17,9 @@ public:
     virtual void alert(const QString &message) = 0;
     virtual bool confirm(const QString &message) = 0;
     virtual bool prompt(const QString &message, const QString &defaultText, QString *result) = 0;
-    /// Returns whether the line was taken; else it goes where the engine puts console lines. Must not delete the page.
-    virtual bool consoleLine(const QString &line) = 0;
+    /// A line of the console, and the URL of the script that wrote it or failed. Returns whether it was taken; else it
+    /// goes where the engine puts such lines. Must not delete the page.
+    virtual bool consoleLine(const QString &line, const QString &source) = 0;
 };
 
 namespace detail {

@@ -149,8 +149,9 @@ void RealPage::loadRequested()
         m_loads.stopped(request->url);
         return;
     }
-    if (m_page)
-        m_page->load(request->url);
+    if (!m_page)
+        return;
+    m_page->load(request->url);
 }
 
 void RealPage::stopLoading()
@@ -265,11 +266,11 @@ void RealPage::processTerminated()
         m_queue.post([this] { m_client.webContentProcessDidTerminate(); });
 }
 
-bool RealPage::consoleLine(const QString &line)
+bool RealPage::consoleLine(const QString &line, const QString &source)
 {
     const auto records = m_profile.transport->read(line);
     if (!records)
-        return false;
+        return m_scripts.consoleLine(line, source);
     for (const TransportRecord &record : *records) {
         switch (record.kind) {
         case TransportRecord::Kind::DocumentStart:

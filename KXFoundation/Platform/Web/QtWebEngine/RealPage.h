@@ -55,7 +55,7 @@ private:
     void alert(const QString &message) override;
     bool confirm(const QString &message) override;
     bool prompt(const QString &message, const QString &defaultText, QString *result) override;
-    bool consoleLine(const QString &line) override;
+    bool consoleLine(const QString &line, const QString &source) override;
 
     void makeEnginePage();
     void begin(const Request &request);

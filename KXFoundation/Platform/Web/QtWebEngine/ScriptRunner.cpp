@@ -28,13 +28,9 @@ KXError invalidatedError()
         QStringLiteral("The page or its process went away before the script was answered."), {}};
 }
 
-// Begins to watch for an uncaught error; taking the result ends it. The page's own listeners are not kept from it.
-const QString watchScript =
-    QStringLiteral("(function(){var text=null;function note(event){if(text===null)text=event.message;}"
-                   "window.addEventListener('error',note,true);"
-                   "window.kxTakeError=function(){window.removeEventListener('error',note,true);return "
-                   "text===null?'':'!'+text;};})()");
-const QString takeErrorScript = QStringLiteral("window.kxTakeError()");
+// How the engine begins the console line for an exception that nobody caught. One of a promise is no script's end.
+const QString uncaught = QStringLiteral("Uncaught ");
+const QString uncaughtInPromise = QStringLiteral("Uncaught (in promise)");
 
 } // namespace
 
@@ -148,24 +144,33 @@ void ScriptRunner::runTogether(std::vector<Command> commands)
 void ScriptRunner::runAlone(Command command)
 {
     const Id id = wait(std::move(command.completion));
-    const auto value = std::make_shared<QVariant>();
-    m_page->runJavaScript(watchScript, MessageTransport::WorldId);
-    m_page->runJavaScript(command.script, [value](const QVariant &result) { *value = result; });
-    m_page->runJavaScript(
-        takeErrorScript, MessageTransport::WorldId, [self = QPointer(this), id, value](const QVariant &note) {
-            if (!self)
-                return;
-            const QString text = note.toString();
-            if (value->isValid())
-                self->answer(id, QJsonValue::fromVariant(*value), std::nullopt);
-            else if (!note.isValid())
-                self->answer(id, QJsonValue::Undefined, invalidatedError());
-            else if (text.isEmpty())
-                self->answer(id, QJsonValue::Undefined, std::nullopt);
-            else
-                self->answer(id, QJsonValue::Undefined,
-                    scriptError(text.mid(text.startsWith(QLatin1String("!Uncaught ")) ? 10 : 1)));
-        });
+    const QPointer<ScriptRunner> self(this);
+    m_page->runJavaScript(QStringLiteral("0"), MessageTransport::WorldId, [self](const QVariant &) {
+        if (self)
+            self->m_exception = QString();
+    });
+    // The name tells the script's own exceptions from those of the page.
+    const QString script = command.script + QLatin1String("\n//# sourceURL=") + m_word;
+    m_page->runJavaScript(script, [self, id](const QVariant &value) {
+        if (!self)
+            return;
+        const QString exception = std::exchange(self->m_exception, std::nullopt).value_or(QString());
+        if (value.isValid())
+            self->answer(id, QJsonValue::fromVariant(value), std::nullopt);
+        else if (!exception.isNull())
+            self->answer(id, QJsonValue::Undefined, scriptError(exception));
+        else
+            self->answer(id, QJsonValue::Undefined, std::nullopt);
+    });
+}
+
+bool ScriptRunner::consoleLine(const QString &line, const QString &source)
+{
+    if (!m_exception || !line.startsWith(uncaught) || line.startsWith(uncaughtInPromise))
+        return false;
+    if (m_exception->isNull() || source == m_word)
+        m_exception = line.mid(uncaught.size());
+    return source == m_word;
 }
 
 ScriptRunner::Id ScriptRunner::wait(EvaluationHandler completion)

@@ -20,9 +20,9 @@ class ClientQueue;
 ///
 /// The engine tells neither exceptions nor that nobody will answer. Scripts that are run for their effect and are plain
 /// calls travel together in one engine call at the end of the turn, each in a try statement of its own. Any other is
-/// evaluated as it is, since wrapping would change what its declarations mean, between two calls that watch for an
-/// uncaught error in an isolated world. (A page error of a timer that fires in the very gap between these calls counts
-/// as the script's if that has no value.)
+/// evaluated as it is, since wrapping would change what its declarations mean; its exception is the one that the
+/// console shows between the answer to an empty script just before it and its own. (An uncaught error of the page's in
+/// that very gap counts as the script's if the script has no value.) The page's own error listeners hear of it too.
 class ScriptRunner final : public QObject {
     Q_OBJECT
 public:
@@ -36,6 +36,8 @@ public:
     void evaluate(const QString &script, EvaluationHandler completion);
     void execute(const QString &script, ExecutionHandler completion);
 
+    /// Takes a line of the console; returns whether it is nobody else's.
+    bool consoleLine(const QString &line, const QString &source);
     /// The main frame has a new document: scripts that were sent to the old one and have no answer are invalidated as
     /// soon as one that is sent now is answered.
     void documentStarted();
@@ -68,6 +70,7 @@ private:
     std::map<Id, EvaluationHandler> m_waiting; // sent and not answered; empty functions where nobody listens
     Id m_nextId = 1;
     QString m_word; // begins the names of our own variables, so that no script means them
+    std::optional<QString> m_exception; // of the script that runs alone just now; null while it has thrown none
 };
 
 } // namespace kx

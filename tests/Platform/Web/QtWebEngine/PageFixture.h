@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "../RecordingPageClient.h"
+#include "Support/HttpServer.h"
+
+#include <KXFoundation/Platform/Web/WebViewConfiguration.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtTest/QTest>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+namespace kx::test {
+
+/// A page of the real engine with one script-message handler, "native", and a server to load from.
+class PageFixture {
+public:
+    PageFixture()
+        : configuration(std::make_shared<WebViewConfiguration>())
+    {
+        configuration->preferences.allowFileAccessFromFileURLs = true;
+        configuration->userContentController->addScriptMessageHandler(
+            [this](const ScriptMessage &message) { messages.append(message.body); }, QStringLiteral("native"));
+    }
+
+    /// Makes the page; before that the configuration may be changed.
+    WebPage &make()
+    {
+        page = WebEngine::real().makePage(configuration, client);
+        page->widget()->resize(320, 240);
+        page->widget()->show();
+        return *page;
+    }
+
+    /// Loads a page from the server; `headers` may hold a Content-Security-Policy.
+    void loadHtml(const QByteArray &html, const QList<QPair<QByteArray, QByteArray>> &headers = {})
+    {
+        HttpResponse response;
+        response.body = html;
+        response.headers = headers;
+        server.serve("/page", response);
+        load(server.url("/page"));
+    }
+    void load(const QUrl &url)
+    {
+        if (!page)
+            make();
+        const qsizetype before = client.ends.size();
+        page->load(url);
+        QTRY_COMPARE(client.ends.size(), before + 1);
+    }
+    void serve(const QByteArray &path, const QByteArray &html)
+    {
+        HttpResponse response;
+        response.body = html;
+        server.serve(path, response);
+    }
+
+    struct Evaluation {
+        QJsonValue value;
+        std::optional<KXError> error;
+        int answers = 0;
+    };
+    Evaluation evaluate(const QString &script)
+    {
+        const auto result = std::make_shared<Evaluation>();
+        page->evaluateJavaScript(script, [result](const QJsonValue &value, const std::optional<KXError> &error) {
+            *result = {value, error, result->answers + 1};
+        });
+        [&] { QTRY_COMPARE(result->answers, 1); }();
+        return *result;
+    }
+    [[nodiscard]] QStringList texts() const
+    {
+        QStringList result;
+        for (const QJsonValue &body : messages)
+            result.append(body.toString());
+        return result;
+    }
+
+    std::shared_ptr<WebViewConfiguration> configuration;
+    HttpServer server;
+    RecordingPageClient client;
+    std::unique_ptr<WebPage> page;
+    QList<QJsonValue> messages; ///< The bodies that "native" got.
+};
+
+} // namespace kx::test

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "PageFixture.h"
+
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTemporaryDir>
+#include <QtNetwork/QTcpServer>
+
+#include <csignal>
+
+using kx::test::HttpResponse;
+using kx::test::PageFixture;
+
+/// How loads of real pages end, and which navigations the policy hears of.
+class PageLoadTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+
+    void finishesAnErrorPageOfAServer_data()
+    {
+        QTest::addColumn<int>("status");
+        for (const int status : {403, 404, 500, 503})
+            QTest::addRow("%d", status) << status;
+    }
+    void finishesAnErrorPageOfAServer()
+    {
+        QFETCH(int, status);
+        PageFixture fixture;
+        HttpResponse response;
+        response.body = "<p id=p>sorry";
+        response.status = status;
+        fixture.server.serve("/gone", response);
+        fixture.load(fixture.server.url("/gone"));
+        QCOMPARE(fixture.client.ends, QStringList(QStringLiteral("finished")));
+        QCOMPARE(fixture.evaluate(QStringLiteral("p.innerText")).value, QJsonValue(QStringLiteral("sorry")));
+    }
+
+    void givesFailuresTheirCodes_data()
+    {
+        QTest::addColumn<QByteArray>("url"); // PORT is the server's, FREE one that nobody listens at
+        QTest::addColumn<QString>("end");
+        QTest::newRow("refused") << QByteArray("http://127.0.0.1:FREE/x?a=%20b") << QStringLiteral("provisional -1004");
+        QTest::newRow("unknown host") << QByteArray("http://no-such-host.invalid/")
+                                      << QStringLiteral("provisional -1003");
+        QTest::newRow("nothing sent") << QByteArray("http://127.0.0.1:PORT/empty")
+                                      << QStringLiteral("provisional -1005");
+        QTest::newRow("cut body") << QByteArray("http://127.0.0.1:PORT/cut") << QStringLiteral("failed -1005");
+        QTest::newRow("redirects without end")
+            << QByteArray("http://127.0.0.1:PORT/loop") << QStringLiteral("provisional -1007");
+        QTest::newRow("unknown scheme") << QByteArray("kxunknown://host/path") << QStringLiteral("provisional -1002");
+        QTest::newRow("no document") << QByteArray("http://127.0.0.1:PORT/nothing")
+                                     << QStringLiteral("provisional 102");
+        QTest::newRow("download") << QByteArray("http://127.0.0.1:PORT/archive") << QStringLiteral("provisional 102");
+    }
+    void givesFailuresTheirCodes()
+    {
+        QFETCH(QByteArray, url);
+        QFETCH(QString, end);
+        PageFixture fixture;
+        HttpResponse cut;
+        cut.body = "<p>" + QByteArray(4000, 'x');
+        cut.cutAfter = 2000;
+        fixture.server.serve("/cut", cut);
+        HttpResponse loop;
+        loop.status = 302;
+        loop.headers = {{"Location", "/loop"}};
+        fixture.server.serve("/loop", loop);
+        HttpResponse nothing;
+        nothing.status = 204;
+        fixture.server.serve("/nothing", nothing);
+        HttpResponse archive;
+        archive.body = "PK";
+        archive.contentType = "application/zip";
+        fixture.server.serve("/archive", archive);
+        QTcpServer empty; // accepts and closes
+        connect(&empty, &QTcpServer::newConnection, this, [&] { delete empty.nextPendingConnection(); });
+        QVERIFY(empty.listen(QHostAddress::LocalHost));
+        quint16 freePort = 0;
+        {
+            QTcpServer closed;
+            QVERIFY(closed.listen(QHostAddress::LocalHost));
+            freePort = closed.serverPort();
+        }
+        const quint16 port = url.endsWith("/empty") ? empty.serverPort() : fixture.server.port();
+        url.replace("PORT", QByteArray::number(port)).replace("FREE", QByteArray::number(freePort));
+
+        fixture.load(QUrl::fromEncoded(url));
+        QCOMPARE(fixture.client.ends, QStringList(end));
+        const QList<KXError> errors = fixture.client.provisionalFailures + fixture.client.failures;
+        QCOMPARE(errors.constFirst().userInfo.value(kx::FailingURLStringKey).toString().toLatin1(), url);
+        QVERIFY(!errors.constFirst().localizedDescription.isEmpty());
+        QVERIFY(!fixture.page->isLoading());
+        fixture.loadHtml("<p>fine"); // the page goes on
+        QCOMPARE(fixture.client.finished, 1);
+    }
+
+    void readsFilesOfTheGrantedDirectoryOnly()
+    {
+        QTemporaryDir directory;
+        const auto write = [&](const QString &name, const QByteArray &text) {
+            QFile file(directory.filePath(name));
+            QVERIFY(file.open(QFile::WriteOnly));
+            file.write(text);
+        };
+        QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("in/page")));
+        write(QStringLiteral("secret.js"), "secret = 1");
+        write(QStringLiteral("in/shared.js"), "shared = 1");
+        write(QStringLiteral("in/page/a b.html"),
+            "<script src='../shared.js'></script><script src='../../secret.js'></script>");
+        PageFixture fixture;
+        fixture.make();
+        const QUrl url = QUrl::fromLocalFile(directory.filePath(QStringLiteral("in/page/a b.html")));
+        fixture.page->loadFile(url, directory.filePath(QStringLiteral("in")));
+        QTRY_COMPARE(fixture.client.finished, 1);
+        QCOMPARE(fixture.evaluate(QStringLiteral("[typeof shared, typeof secret].join()")).value,
+            QJsonValue(QStringLiteral("number,undefined")));
+        // Its own directory where none was granted.
+        PageFixture other;
+        other.load(url);
+        QCOMPARE(other.evaluate(QStringLiteral("typeof shared")).value, QJsonValue(QStringLiteral("undefined")));
+        // A document outside of what was granted.
+        PageFixture outside;
+        outside.make().loadFile(url, directory.filePath(QStringLiteral("in/other")));
+        QTRY_COMPARE(outside.client.ends, QStringList(QStringLiteral("provisional -1102")));
+    }
+
+    void stopsADocumentThatHasBegun()
+    {
+        PageFixture fixture;
+        fixture.make();
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, this, [&] {
+            server.nextPendingConnection()->write(
+                "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 9999\r\n\r\n"
+                "<script>webkit.messageHandlers.native.postMessage('begun')</script>");
+        });
+        const QUrl url(QStringLiteral("http://127.0.0.1:%1/").arg(server.serverPort()));
+        fixture.page->load(url);
+        QTRY_COMPARE(fixture.messages.size(), 1);
+        fixture.page->stopLoading();
+        QTRY_COMPARE(fixture.client.ends, QStringList(QStringLiteral("failed -999")));
+        // At once after a stop, and again the same URL: what the engine still tells about the first is not the
+        // second's.
+        fixture.page->load(url);
+        QTRY_COMPARE(fixture.messages.size(), 2);
+        fixture.page->stopLoading();
+        fixture.page->load(url);
+        QTRY_COMPARE(fixture.messages.size(), 3);
+        QCOMPARE(fixture.client.ends, QStringList({QStringLiteral("failed -999"), QStringLiteral("failed -999")}));
+        QVERIFY(fixture.page->isLoading());
+        ::kill(pid_t(fixture.page->rendererProcessId()), SIGKILL);
+        QTRY_COMPARE(fixture.client.ends.size(), 3);
+        QCOMPARE(fixture.client.ends.constLast(), QStringLiteral("failed 1"));
+        QCOMPARE(fixture.client.failures.constLast().domain, kx::CFNetworkErrorDomain);
+    }
+
+    void aDeadProcessIsReportedOnceToEachPageOfIt()
+    {
+        PageFixture fixture;
+        fixture.loadHtml("<p>one");
+        const qint64 first = fixture.page->rendererProcessId();
+        ::kill(pid_t(first), SIGKILL);
+        QTRY_COMPARE(fixture.client.terminations, 1);
+        // User scripts and handlers are there in the next document, and in that after a second death.
+        for (int round = 0; round < 2; ++round) {
+            fixture.messages.clear();
+            fixture.loadHtml("<script>webkit.messageHandlers.native.postMessage('again')</script>");
+            QTRY_COMPARE(fixture.messages.size(), 1);
+            QVERIFY(fixture.page->rendererProcessId() != first);
+            ::kill(pid_t(fixture.page->rendererProcessId()), SIGKILL);
+            QTRY_COMPARE(fixture.client.terminations, round + 2);
+        }
+    }
+
+    void asksAboutRedirectsAndFramesAndUnknownSchemes()
+    {
+        PageFixture fixture;
+        HttpResponse redirect;
+        redirect.status = 302;
+        redirect.headers = {{"Location", "/there"}};
+        fixture.server.serve("/here", redirect);
+        fixture.serve("/there", "<iframe src='/frame'></iframe>");
+        fixture.serve("/frame", "");
+        fixture.load(fixture.server.url("/here"));
+        QTRY_COMPARE(fixture.client.actions.size(), 3);
+        QCOMPARE(fixture.client.actions.at(0).url, fixture.server.url("/here"));
+        QCOMPARE(fixture.client.actions.at(1).url, fixture.server.url("/there"));
+        QCOMPARE(fixture.client.actions.at(1).targetFrame, std::optional(kx::FrameInfo{true}));
+        QCOMPARE(fixture.client.actions.at(2).url, fixture.server.url("/frame"));
+        QCOMPARE(fixture.client.actions.at(2).targetFrame, std::optional(kx::FrameInfo{false}));
+        QCOMPARE(fixture.client.ends, QStringList(QStringLiteral("finished")));
+
+        fixture.evaluate(QStringLiteral("location = 'kxunknown://do/it'; 0"));
+        QTRY_COMPARE(fixture.client.ends.size(), 2);
+        QCOMPARE(fixture.client.actions.constLast().url, QUrl(QStringLiteral("kxunknown://do/it")));
+        QCOMPARE(fixture.client.ends.constLast(), QStringLiteral("provisional -1002"));
+        QCOMPARE(fixture.page->url(), fixture.server.url("/there"));
+    }
+
+    void aRefusedNavigationLeavesThePageAlone()
+    {
+        PageFixture fixture;
+        fixture.loadHtml("<p id=p>stays");
+        fixture.client.decide = [](const kx::NavigationAction &) { return kx::NavigationPolicy::Cancel; };
+        fixture.evaluate(QStringLiteral("location = '/elsewhere'; 0"));
+        QTRY_COMPARE(fixture.client.ends, QStringList({QStringLiteral("finished"), QStringLiteral("provisional 102")}));
+        QCOMPARE(fixture.evaluate(QStringLiteral("p.innerText")).value, QJsonValue(QStringLiteral("stays")));
+        QVERIFY(!fixture.server.requests().contains("/elsewhere"));
+    }
+
+    void tellsTheTypeOfANavigation()
+    {
+        PageFixture fixture;
+        fixture.serve("/next", "");
+        fixture.loadHtml("<form id=f action='/next'></form><a id=a href='/next'>next</a>");
+        fixture.evaluate(QStringLiteral("a.click()"));
+        QTRY_COMPARE(fixture.client.finished, 2);
+        QCOMPARE(fixture.client.actions.constLast().type, kx::NavigationType::LinkActivated);
+        fixture.evaluate(QStringLiteral("history.back(); 0"));
+        QTRY_COMPARE(fixture.client.finished, 3);
+        QCOMPARE(fixture.client.actions.constLast().type, kx::NavigationType::BackForward);
+        fixture.evaluate(QStringLiteral("f.submit()"));
+        QTRY_COMPARE(fixture.client.finished, 4);
+        QCOMPARE(fixture.client.actions.constLast().type, kx::NavigationType::FormSubmitted);
+    }
+
+    void asksAboutAnEmptyPageToo()
+    {
+        PageFixture fixture;
+        fixture.load(QUrl(QStringLiteral("about:blank")));
+        QCOMPARE(fixture.client.ends, QStringList(QStringLiteral("finished")));
+        fixture.client.decide = [](const kx::NavigationAction &) { return kx::NavigationPolicy::Cancel; };
+        fixture.load(QUrl(QStringLiteral("about:blank")));
+        QCOMPARE(fixture.client.ends.constLast(), QStringLiteral("provisional 102"));
+    }
+};
+
+QTEST_MAIN(PageLoadTest)
+#include "PageLoadTest.moc"
