@@ -20,7 +20,7 @@ QByteArray script(const QByteArray &code)
 class MessageTransportTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void initTestCase() { PageFixture::startEngine(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void reachesNativeCodeFromEveryKindOfFrame_data()

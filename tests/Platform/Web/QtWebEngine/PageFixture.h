@@ -26,6 +26,16 @@ public:
             [this](const ScriptMessage &message) { messages.append(message.body); }, QStringLiteral("native"));
     }
 
+    /// Starts the engine and waits until it paints. Where there is no OpenGL, as on the offscreen platform, the engine
+    /// complains about that meanwhile, also from a thread of its own: call this before warnings are failures.
+    static void startEngine()
+    {
+        PageFixture fixture;
+        fixture.loadHtml("<script>requestAnimationFrame(function () {"
+                         "webkit.messageHandlers.native.postMessage('painted'); });</script>");
+        QTRY_COMPARE(fixture.messages.size(), 1);
+    }
+
     /// Makes the page; before that the configuration may be changed.
     WebPage &make()
     {

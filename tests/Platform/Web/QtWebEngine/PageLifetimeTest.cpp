@@ -49,7 +49,7 @@ int childProcesses()
 class PageLifetimeTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void initTestCase() { PageFixture::startEngine(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void fiftyPagesLeaveNothingBehind()

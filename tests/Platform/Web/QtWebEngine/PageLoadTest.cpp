@@ -14,7 +14,7 @@ using kx::test::PageFixture;
 class PageLoadTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void initTestCase() { PageFixture::startEngine(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void finishesAnErrorPageOfAServer_data()

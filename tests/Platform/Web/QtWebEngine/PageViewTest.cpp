@@ -34,7 +34,7 @@ template <class Condition> void clickUntil(QWidget *widget, Qt::MouseButton butt
 class PageViewTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void initTestCase() { PageFixture::startEngine(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void letsTheColourBelowShineThrough_data()

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "../WebPageContract.h"
-#include "Support/HttpServer.h"
+#include "PageFixture.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
@@ -21,6 +21,7 @@ public:
 
 protected:
     WebEngine &engine() override { return WebEngine::real(); }
+    void startEngine() override { PageFixture::startEngine(); }
     QUrl goodUrl() override { return m_server.url("/good"); }
     QUrl silentUrl() override { return m_server.url("/silent"); }
     void killRenderer(WebPage &page) override

@@ -9,7 +9,7 @@ using kx::test::PageFixture;
 class ScriptRunnerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { PageFixture().make(); } // the engine's start complains about the missing OpenGL
+    void initTestCase() { PageFixture::startEngine(); }
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
 
     void givesTheValueOfAScript_data()
