@@ -133,7 +133,7 @@ QString LogFiles::makeFile(const QString &directory, std::shared_ptr<kx::UpdateF
     const QString dayFolder = kx::childPath(directory, now.day());
     if (!kx::somethingExists(dayFolder))
         kx::makeDirectories(dayFolder);
-    const QString path = QString(kx::childPath(dayFolder, now.timeOfDay()) + u".log");
+    QString path = kx::childPath(dayFolder, now.timeOfDay()) + u".log";
     file = kx::UpdateFile::create(path);
     return path;
 }

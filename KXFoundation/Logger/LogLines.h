@@ -19,7 +19,7 @@ public:
     {
         const auto i = std::size_t(index);
         const std::size_t start = i ? m_ends[i - 1] : 0;
-        return QStringView(m_text.data() + start, qsizetype(m_ends[i] - start));
+        return {m_text.data() + start, qsizetype(m_ends[i] - start)};
     }
     /// Keeps the memory.
     void clear()

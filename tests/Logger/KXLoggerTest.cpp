@@ -9,10 +9,9 @@
 #include <QtCore/QStorageInfo>
 #include <QtTest/QTest>
 
+#include <ctime>
 #include <semaphore>
 #include <thread>
-
-#include <time.h>
 
 using namespace kx::test;
 

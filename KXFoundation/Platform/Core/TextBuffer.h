@@ -54,7 +54,7 @@ public:
         append(QStringView(QString(decoder(bytes))));
     }
 
-    [[nodiscard]] QStringView view() const { return QStringView(m_units.constData(), m_units.size()); }
+    [[nodiscard]] QStringView view() const { return {m_units.constData(), m_units.size()}; }
 
 private:
     // Adds units without values and tells where they begin.

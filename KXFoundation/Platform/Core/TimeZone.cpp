@@ -2,8 +2,7 @@
 #include <KXFoundation/Platform/Core/TimeZone.h>
 
 #include <atomic>
-
-#include <time.h>
+#include <ctime>
 
 namespace kx {
 

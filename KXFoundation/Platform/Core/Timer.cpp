@@ -34,7 +34,7 @@ Timer::Date later(Timer::Date date, Nanoseconds delay)
 
 std::shared_ptr<Timer> Timer::scheduled(double interval, Block block, bool repeats, TimerLoop *loop)
 {
-    const std::shared_ptr<Timer> timer(new Timer(interval > 0 ? interval : 0.0001, std::move(block), repeats, loop));
+    std::shared_ptr<Timer> timer(new Timer(interval > 0 ? interval : 0.0001, std::move(block), repeats, loop));
     if (loop) {
         loop->keep(timer);
         timer->setFireDateFromNow(timer->m_interval);
