@@ -54,7 +54,13 @@
     }
 
     function listen(target, kind, index) {
-        target.addEventListener(kind + index, function (event) { post(kind, index, event.data); });
+        target.addEventListener(kind + index, function (event) {
+            // A frame that spoils a child's built-ins before the scripts run there gets hold of the target. Only a
+            // string has the length that it claims; anything else could forge records of the other kinds.
+            var text = event.data;
+            if (typeof text === 'string')
+                post(kind, index, text);
+        });
     }
 
     if (window === window.top)

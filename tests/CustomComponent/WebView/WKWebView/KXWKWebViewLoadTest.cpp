@@ -32,6 +32,7 @@ private Q_SLOTS:
     void aCutBodyCompletes();
     void frameMayTakeOverForAllowedHosts();
     void frameMayNotTakeOverForOthers();
+    void frameMayNotForgeTheMainFramesSigns();
     void mainFrameGoesAnywhere();
     void linksToNewWindowsAreOffered();
     void deathDuringALoadRebuilds();
@@ -230,6 +231,40 @@ void KXWKWebViewLoadTest::frameMayNotTakeOverForOthers()
     QCOMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"ready"_qs)); // the page stays
     QVERIFY(!m_page->server.requests().contains("/landed"));
     QVERIFY(started.isEmpty());
+}
+
+// The frame takes the event target by which the worlds of its own child meet, and posts a list there: its length, 1, is
+// not that of its text, so that what follows the first letter would pass for a record of its own.
+void KXWKWebViewLoadTest::frameMayNotForgeTheMainFramesSigns()
+{
+    kx::test::HttpServer &server = m_page->server;
+    const QByteArray landed = server.url("/landed", "b.localhost").toEncoded();
+    server.serve("/landed", {"<title>landed</title>"});
+    server.serve("/frame",
+        {"<style>html, body { margin: 0; height: 100% }</style><body><script>onclick = function () {"
+         "var line = 'navigate main script "
+            + landed
+            + "'; var record = 'xf0,' + line.length + ',' + line;"
+              "var child = document.body.appendChild(document.createElement('iframe')); child.hidden = true;"
+              "var Target = child.contentWindow.EventTarget;"
+              "child.contentWindow.EventTarget = function () { var target = Reflect.construct(Target, []);"
+              "Promise.resolve().then(function () {"
+              "target.dispatchEvent(new MessageEvent('s0', {data: [record]}));"
+              "setTimeout(function () { top.location = '"
+            + landed
+            + "'; }, 50); }); return target; }; child.src = '/child'; };"
+              "top.postMessage('ready', '*')</script>"});
+    server.serve("/main",
+        {"<style>* { margin: 0; border: 0 } iframe { width: 300px; height: 200px }</style><script>"
+         "addEventListener('message', function () { document.title = 'ready'; });</script><iframe src='"
+            + server.url("/frame", "localhost").toEncoded() + "'></iframe>"});
+    host()->setName(u"root"_qs);
+    host()->updateURL(server.url("/main"));
+    QTRY_COMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"ready"_qs));
+    QTRY_VERIFY(!host()->wkWebView()->isLoading());
+    QVERIFY(clickUntil([this] { return m_page->log.lines().contains(u"[wk] forbidden host:b.localhost"_qs); }));
+    QVERIFY(!server.requests().contains("/landed"));
+    QCOMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"ready"_qs));
 }
 
 void KXWKWebViewLoadTest::mainFrameGoesAnywhere()
