@@ -51,9 +51,14 @@ void LoadState::navigationAsked(const QUrl &url, bool redirect, Answer answer)
     m_answer = answer;
 }
 
+void LoadState::dropped(const QUrl &url)
+{
+    m_stoppedDocument = url;
+}
+
 void LoadState::started(const QUrl &url)
 {
-    if (m_phase != Phase::Provisional)
+    if (m_phase != Phase::Provisional && m_stoppedDocument != url)
         begin(url);
 }
 
@@ -70,16 +75,13 @@ void LoadState::succeeded()
     if (!isLoading())
         return;
     m_phase = Phase::Committed;
+    m_stoppedDocument.reset();
     end(std::nullopt);
 }
 
 void LoadState::stopped(const QUrl &url)
 {
-    if (m_stoppedDocument == url) {
-        m_stoppedDocument.reset();
-        return;
-    }
-    if (!isLoading())
+    if (std::exchange(m_stoppedDocument, std::nullopt) == url || !isLoading())
         return;
     switch (m_answer) {
     case Answer::Allowed: // a download, or a response without a document
@@ -90,12 +92,9 @@ void LoadState::stopped(const QUrl &url)
 
 void LoadState::failed(int netError, const QUrl &url)
 {
-    if (m_stoppedDocument == url) {
-        m_stoppedDocument.reset();
+    if (std::exchange(m_stoppedDocument, std::nullopt) == url || !isLoading())
         return;
-    }
-    if (isLoading())
-        end(networkError(netError, url));
+    end(networkError(netError, url));
 }
 
 bool LoadState::processTerminated()

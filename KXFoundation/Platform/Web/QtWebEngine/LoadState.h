@@ -40,6 +40,8 @@ public:
 
     /// The engine asks about a navigation of the main frame; `redirect` if it goes on with a load under way.
     void navigationAsked(const QUrl &url, bool redirect, Answer answer);
+    /// A navigation that the engine asked about is refused, because another order of the application took its place.
+    void dropped(const QUrl &url);
     void started(const QUrl &url);
     /// The main frame's document begins, at this URL.
     void documentStarted(const QUrl &url);

@@ -58,6 +58,15 @@ void apply(const WebPreferences &preferences, QWebEngineSettings &settings)
     settings.setUnknownUrlSchemePolicy(Settings::AllowAllUnknownUrlSchemes);
 }
 
+/// Whether the engine tells what becomes of a load of this URL. For any other it shows an empty page without asking, or
+/// does nothing at all.
+bool isLoadable(const QUrl &url)
+{
+    if (!url.isValid() || url.isRelative() || url.scheme() == QLatin1String("javascript"))
+        return false;
+    return !url.scheme().startsWith(QLatin1String("http")) || !url.host().isEmpty();
+}
+
 } // namespace
 
 RealPage::RealPage(
@@ -128,6 +137,7 @@ void RealPage::begin(const Request &request)
 {
     if (!m_page)
         return;
+    ++m_orders;
     m_loads.begin(request.url);
     // The engine asks about a navigation from inside load(), and the policy must not be asked from inside ours.
     if (!std::exchange(m_request, request))
@@ -139,6 +149,11 @@ void RealPage::loadRequested()
     const auto request = std::exchange(m_request, std::nullopt);
     if (!request)
         return;
+    if (!isLoadable(request->url)) {
+        m_loads.navigationAsked(request->url, false, LoadState::Answer::Unsupported);
+        m_loads.stopped(request->url);
+        return;
+    }
     if (m_dead)
         makeEnginePage();
     if (request->url.isLocalFile())
@@ -156,6 +171,7 @@ void RealPage::loadRequested()
 
 void RealPage::stopLoading()
 {
+    ++m_orders;
     m_request.reset();
     m_loads.stop();
     if (m_page)
@@ -215,9 +231,14 @@ bool RealPage::acceptNavigation(const QUrl &url, EngineType type, bool mainFrame
     const bool served = servesScheme(url.scheme());
 
     const QPointer<RealPage> alive(this);
+    const quint64 orders = m_orders;
     const bool allowed = m_client.decidePolicyForNavigationAction(action) == NavigationPolicy::Allow;
     if (!alive || !m_page)
         return false;
+    if (mainFrame && orders != m_orders) { // the client wants something else by now
+        m_loads.dropped(url);
+        return false;
+    }
     if (mainFrame) {
         const auto answer = !allowed ? LoadState::Answer::Refused
             : served                 ? LoadState::Answer::Allowed

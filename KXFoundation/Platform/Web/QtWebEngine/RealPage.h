@@ -78,6 +78,7 @@ private:
     EnginePage *m_page = nullptr; // ours; see EnginePage::dispose
     ReadAccessInterceptor *m_readAccess = nullptr; // the page's
     std::optional<Request> m_request; // to be loaded when the event loop runs
+    quint64 m_orders = 0; // the client's loads and stops so far
     bool m_dead = false; // the renderer died since the last load
     bool m_drawsBackground = true;
 };

@@ -210,6 +210,88 @@ private Q_SLOTS:
         QVERIFY(!fixture.server.requests().contains("/elsewhere"));
     }
 
+    void aLoadBegunWhileThePolicyIsAskedTakesItsPlace_data()
+    {
+        QTest::addColumn<bool>("byThePage");
+        QTest::newRow("load of the application") << false;
+        QTest::newRow("navigation of the page") << true;
+    }
+    void aLoadBegunWhileThePolicyIsAskedTakesItsPlace()
+    {
+        QFETCH(bool, byThePage);
+        PageFixture fixture;
+        for (const char *path : {"/one", "/two", "/three"})
+            fixture.serve(path, "");
+        fixture.loadHtml("");
+        fixture.client.ends.clear();
+        fixture.client.decide = [&](const kx::NavigationAction &action) {
+            if (action.url.path() == QLatin1String("/one"))
+                fixture.page->load(fixture.server.url("/two"));
+            else if (action.url.path() == QLatin1String("/two"))
+                fixture.page->load(fixture.server.url("/three"));
+            return kx::NavigationPolicy::Allow;
+        };
+        if (byThePage)
+            fixture.evaluate(QStringLiteral("location = '/one'; 0"));
+        else
+            fixture.page->load(fixture.server.url("/one"));
+        QStringList expected = {QStringLiteral("provisional -999"), QStringLiteral("finished")};
+        if (!byThePage) // what the page wants has not begun before it is allowed
+            expected.prepend(QStringLiteral("provisional -999"));
+        QTRY_COMPARE(fixture.client.ends, expected);
+        QVERIFY(!fixture.page->isLoading());
+        QCOMPARE(fixture.page->url(), fixture.server.url("/three"));
+        QVERIFY(!fixture.server.requests().contains("/one"));
+        QVERIFY(!fixture.server.requests().contains("/two"));
+        // Nothing of them is left.
+        fixture.client.decide = {};
+        for (const char *path : {"/one", "/two", "/three"}) {
+            fixture.load(fixture.server.url(path));
+            expected.append(QStringLiteral("finished"));
+        }
+        QCOMPARE(fixture.client.ends, expected);
+    }
+
+    void aStopWhileThePolicyIsAskedEndsTheLoad()
+    {
+        PageFixture fixture;
+        fixture.loadHtml("<p id=p>stays");
+        fixture.serve("/one", "<p>one");
+        fixture.client.decide = [&](const kx::NavigationAction &) {
+            fixture.page->stopLoading();
+            return kx::NavigationPolicy::Allow;
+        };
+        fixture.load(fixture.server.url("/one"));
+        QCOMPARE(fixture.client.ends, QStringList({QStringLiteral("finished"), QStringLiteral("provisional -999")}));
+        QVERIFY(!fixture.page->isLoading());
+        QCOMPARE(fixture.evaluate(QStringLiteral("p.innerText")).value, QJsonValue(QStringLiteral("stays")));
+        QVERIFY(!fixture.page->isLoading());
+        QVERIFY(!fixture.server.requests().contains("/one"));
+        fixture.client.decide = {};
+        fixture.load(fixture.server.url("/one"));
+        QCOMPARE(
+            fixture.client.ends.mid(1), QStringList({QStringLiteral("provisional -999"), QStringLiteral("finished")}));
+    }
+
+    void failsWhatTheEngineWouldNotLoad_data()
+    {
+        QTest::addColumn<QString>("url");
+        for (const char *url : {"page.html", "?a=1", "#part", "//127.0.0.1/page", "http://", "https:///page",
+                 "http://[bad", "javascript:document.title='ran'"})
+            QTest::newRow(url) << QString::fromLatin1(url);
+    }
+    void failsWhatTheEngineWouldNotLoad()
+    {
+        QFETCH(QString, url);
+        PageFixture fixture;
+        fixture.loadHtml("<title>stays</title>");
+        fixture.load(QUrl(url));
+        QCOMPARE(fixture.client.ends, QStringList({QStringLiteral("finished"), QStringLiteral("provisional -1002")}));
+        QVERIFY(!fixture.page->isLoading());
+        QCOMPARE(fixture.evaluate(QStringLiteral("document.title")).value, QJsonValue(QStringLiteral("stays")));
+        QCOMPARE(fixture.client.ends.size(), 2);
+    }
+
     void tellsTheTypeOfANavigation()
     {
         PageFixture fixture;
