@@ -92,11 +92,13 @@ std::shared_ptr<kx::WebViewConfiguration> KXWKWebView::freshConfiguration(
     const std::shared_ptr<KXRWeakProxy> &weakProxy)
 {
     auto configuration = std::make_shared<kx::WebViewConfiguration>(m_engine);
-    configuration->userContentController->addScriptMessageHandler(
-        [weakProxy](
-            const kx::ScriptMessage &message) { weakProxy->forward(&KXWKWebView::userContentController, message); },
+    const std::shared_ptr<kx::UserContentController> &controller = configuration->userContentController;
+    controller->addScriptMessageHandler(
+        [weakProxy, weakController = std::weak_ptr(controller)](const kx::ScriptMessage &message) {
+            weakProxy->forward(&KXWKWebView::userContentController, weakController.lock().get(), message);
+        },
         KXWebViewJSBridge::h5NativeMapBridgeName());
-    addUserScript(*configuration->userContentController);
+    addUserScript(*controller);
     configuration->preferences = {.javaScriptEnabled = true,
         .fullScreenEnabled = true,
         .allowFileAccessFromFileURLs = true,
@@ -145,7 +147,7 @@ void KXWKWebView::cleanup()
 
 void KXWKWebView::updateURL(const QUrl &newURL)
 {
-    if (newURL.isEmpty())
+    if (!newURL.isValid())
         return;
     const QUrl url = newURL; // it may be url() itself, which whoever hears of the change may change again
     const QPointer self(this);

@@ -70,6 +70,9 @@ public:
     /// setup() with configuration(). Note that cleanup() takes the page's message handler off a given configuration,
     /// and setup() does not put it back.
     void rebuildWebview();
+    /// Reacts to a failed load: rebuilds and loads url() again, at most twice in the host's life. Answers whether the
+    /// failure was taken care of, which it is also without a URL, when nothing is done.
+    bool rebuildWK();
     /// Makes the bridge if there is none, with the native method "common_HN_loadCompleted": a page calls it when it has
     /// loaded what it needs.
     void prepareJSBridge();
@@ -84,8 +87,8 @@ public:
 
     // --- loading -----------------------------------------------------------------------------------------------
 
-    /// Loads a URL; an empty one does nothing. A file may read what lies in the directory two levels above it. The
-    /// completion comes about one second later, unless the load or the page reports its end before.
+    /// Loads a URL; an empty or invalid one does nothing. A file may read what lies in the directory two levels above
+    /// it. The completion comes about one second later, unless the load or the page reports its end before.
     void updateURL(const QUrl &url);
     void reloadCurrentURL();
     /// Ends a load: calls the completion 0.05 seconds later and ends the load timer. The completion thus may come more
@@ -188,7 +191,7 @@ public:
         const std::shared_ptr<kx::WebViewConfiguration> &configuration, const kx::NavigationAction &forNavigationAction,
         const kx::WindowFeatures &windowFeatures) override;
     /// Takes what the page posted.
-    void userContentController(const kx::ScriptMessage &didReceiveScriptMessage);
+    void userContentController(kx::UserContentController *controller, const kx::ScriptMessage &didReceiveScriptMessage);
 
 Q_SIGNALS:
     void navigationCompleted(KXWebView *webView);
@@ -204,8 +207,6 @@ Q_SIGNALS:
     void urlChanged(const QUrl &url);
 
 private:
-    /// Whether the failure was taken care of.
-    bool rebuildWK();
     [[nodiscard]] std::shared_ptr<kx::WebViewConfiguration> freshConfiguration(
         const std::shared_ptr<KXRWeakProxy> &weakProxy);
     void evaluateInvocation(const QString &command);

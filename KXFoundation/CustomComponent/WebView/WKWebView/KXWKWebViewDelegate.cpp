@@ -60,7 +60,7 @@ bool KXWKWebView::rebuildWK()
     if (!kx::mayRebuild(m_autoRebuildCount))
         return false;
     // Deliberate: without a URL nothing can be done, yet the failure counts as taken care of.
-    if (!m_url.isEmpty()) {
+    if (m_url.isValid()) {
         const QUrl url = m_url;
         ++m_autoRebuildCount;
         log(2, "will rebuild after occur error:%@", url);
@@ -144,7 +144,7 @@ kx::WebView *KXWKWebView::webViewCreateWebViewWithConfiguration(kx::WebView *,
     return nullptr;
 }
 
-void KXWKWebView::userContentController(const kx::ScriptMessage &didReceiveScriptMessage)
+void KXWKWebView::userContentController(kx::UserContentController *, const kx::ScriptMessage &didReceiveScriptMessage)
 {
     if (!m_jsBridge)
         return;

@@ -53,10 +53,12 @@ private Q_SLOTS:
     void logsTheForbiddenHostAsTypeOne();
     void otherHostsRefuseWithoutALine();
     void startsOnlyWhatIsAllowed();
+    void tellsOfTheStartBeforeItAnswersOnce();
 
     void rebuildsWhenTheProcessDiesDuringALoad();
     void rebuildsTwiceInItsLife();
     void countsAsTakenCareOfWithoutAURL();
+    void rebuildsOnRequest();
     void rebuiltFromAGivenConfiguration();
     void reportsAMissingLocalPage();
     void reportsAMissingLocalPageToNobody();
@@ -163,6 +165,25 @@ void KXWKWebViewNavigationTest::startsOnlyWhatIsAllowed()
     QCOMPARE(signalled.size(), 2);
 }
 
+void KXWKWebViewNavigationTest::tellsOfTheStartBeforeItAnswersOnce()
+{
+    QStringList order;
+    m_host->willStartNewNavigationAction([&order](const kx::NavigationAction &) { order.append(u"block"_qs); });
+    connect(m_host.get(), &KXWKWebView::navigationStarted, this, [&order] { order.append(u"signal"_qs); });
+    const auto ask = [this, &order] {
+        m_host->webViewDecidePolicyForNavigationAction(
+            m_host->wkWebView(), takeOver(u"https://b.example/"_qs), [&order](NavigationPolicy policy) {
+                order.append(policy == NavigationPolicy::Allow ? u"allow"_qs : u"cancel"_qs);
+            });
+    };
+    ask();
+    QCOMPARE(order, (QStringList{u"block"_qs, u"signal"_qs, u"allow"_qs}));
+    order.clear();
+    m_host->setAllowNavigation(false);
+    ask();
+    QCOMPARE(order, QStringList{u"cancel"_qs});
+}
+
 // --- what a failed load leads to
 // --------------------------------------------------------------------------------------
 
@@ -207,6 +228,32 @@ void KXWKWebViewNavigationTest::countsAsTakenCareOfWithoutAURL()
     QCOMPARE(m_host->autoRebuildCount(), 0);
     QCOMPARE(m_engine.configurations.size(), 1);
     QVERIFY(m_log->lines().isEmpty());
+}
+
+void KXWKWebViewNavigationTest::rebuildsOnRequest()
+{
+    QVERIFY(m_host->rebuildWK()); // nothing to load: nothing is done
+    m_host->setUrl(QUrl(u"http://[no address"_qs));
+    QVERIFY(m_host->rebuildWK());
+    QCOMPARE(m_host->autoRebuildCount(), 0);
+    QCOMPARE(m_engine.configurations.size(), 1);
+    m_host->setUrl(page1);
+    for (const int count : {1, 2}) {
+        QVERIFY(m_host->rebuildWK());
+        QCOMPARE(m_host->autoRebuildCount(), count);
+        QCOMPARE(m_engine.configurations.size(), count + 1);
+        QCOMPARE(page()->loads, (QList<FakeWebPage::Load>{{page1, {}}}));
+        QVERIFY(m_host->loadTimer());
+    }
+    QVERIFY(!m_host->rebuildWK());
+    QCOMPARE(m_engine.configurations.size(), 3);
+    QCOMPARE(m_log->lines().size(), 2);
+    m_host->setUrl({});
+    QVERIFY(!m_host->rebuildWK()); // the count comes first
+    m_host->setAutoRebuildCount(-1);
+    m_host->setUrl(page1);
+    QVERIFY(m_host->rebuildWK());
+    QCOMPARE(m_host->autoRebuildCount(), 0);
 }
 
 void KXWKWebViewNavigationTest::rebuiltFromAGivenConfiguration()

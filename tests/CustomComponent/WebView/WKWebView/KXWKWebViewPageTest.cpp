@@ -14,6 +14,9 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
+#include <csignal>
+#include <functional>
+#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -21,20 +24,27 @@ using kx::test::HostedPage;
 
 namespace {
 
-void answerNextPanel(int button, QString *text = nullptr)
+void whenPanelOpens(const std::function<void(QMessageBox *)> &action)
 {
     auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, button, text] {
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, action] {
         auto *panel = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         if (!panel || !panel->isVisible())
             return;
         poll->stop();
         poll->deleteLater();
+        action(panel);
+    });
+    poll->start(1);
+}
+
+void answerNextPanel(int button, QString *text = nullptr)
+{
+    whenPanelOpens([button, text](QMessageBox *panel) {
         if (text)
             *text = panel->text();
         panel->buttons().at(button)->click();
     });
-    poll->start(1);
 }
 
 class Beneath : public QWidget {
@@ -76,6 +86,8 @@ private Q_SLOTS:
     void confirmsAreAnswered();
     void promptsGetTheEmptyStringWithoutAPanel();
     void hostMayGoWhileAPageWaits();
+    void webViewMayBeRebuiltWhileAPageWaits();
+    void processMayDieWhileAPageWaits();
 
     void pageIsTransparent();
     void mousePassesThrough();
@@ -328,23 +340,49 @@ void KXWKWebViewPageTest::promptsGetTheEmptyStringWithoutAPanel()
 void KXWKWebViewPageTest::hostMayGoWhileAPageWaits()
 {
     m_page->show("page");
-    auto *poll = new QTimer(qApp);
-    connect(poll, &QTimer::timeout, poll, [this, poll] {
-        auto *panel = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!panel || !panel->isVisible())
-            return;
-        poll->stop();
-        poll->deleteLater();
+    whenPanelOpens([this](QMessageBox *panel) {
         delete m_page->host;
         panel->buttons().first()->click();
     });
-    poll->start(1);
     m_page->host->wkWebView()->executeJavaScript(u"confirm('still there?')"_qs);
     QTRY_VERIFY(!m_page->host);
     QTRY_VERIFY(!QApplication::activeModalWidget());
     m_page = std::make_unique<HostedPage>(); // the engine works on
     m_page->show("<title>next</title>");
     QCOMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"next"_qs));
+}
+
+void KXWKWebViewPageTest::webViewMayBeRebuiltWhileAPageWaits()
+{
+    m_page->show("<title>page</title>");
+    const QPointer<KXWebView> first = m_page->host->wkWebView();
+    whenPanelOpens([this](QMessageBox *panel) {
+        m_page->host->rebuildWebview();
+        m_page->host->reloadCurrentURL(); // happens when the panel is closed: the engine waits for it
+        panel->buttons().first()->click();
+    });
+    first->executeJavaScript(u"confirm('still there?')"_qs);
+    QTRY_VERIFY(!first);
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    QTRY_COMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"page"_qs));
+    QCOMPARE(m_page->host->subviews(), QList<kx::ViewInterface *>{m_page->host->wkWebView()});
+}
+
+void KXWKWebViewPageTest::processMayDieWhileAPageWaits()
+{
+    m_page->show("<title>page</title>");
+    connect(m_page->host, &KXWKWebView::webContentProcessTerminated, m_page->host, &KXWKWebView::reloadCurrentURL);
+    std::optional<KXError> error;
+    whenPanelOpens([this](QMessageBox *panel) {
+        QCOMPARE(::kill(pid_t(m_page->host->wkWebView()->page().rendererProcessId()), SIGKILL), 0);
+        panel->buttons().first()->click();
+    });
+    m_page->host->wkWebView()->executeJavaScript(u"confirm('alive?')"_qs, [&error](const auto &told) { error = told; });
+    QTRY_VERIFY(error);
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(error->code, qint64(kx::WebErrorViewInvalidated));
+    QCOMPARE(m_page->host->autoRebuildCount(), 0);
+    QTRY_COMPARE(m_page->value(u"document.title"_qs), QJsonValue(u"page"_qs));
 }
 
 // --- the view

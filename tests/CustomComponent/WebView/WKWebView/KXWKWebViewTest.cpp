@@ -308,7 +308,7 @@ void KXWKWebViewTest::takesPartsFromOutside()
     QVERIFY(made->methodHandlerMap().isEmpty());
     m_host->setJsBridge(nullptr);
     m_host->invokeH5Once(u"stop"_qs);
-    m_host->userContentController({handlerName, methodMessage(u"play"_qs)});
+    m_host->userContentController(nullptr, {handlerName, methodMessage(u"play"_qs)});
     QVERIFY(page()->scripts.isEmpty());
     m_host->rebuildWebview();
     QVERIFY(m_host->jsBridge());
@@ -332,6 +332,8 @@ void KXWKWebViewTest::emptyURLDoesNothing()
 {
     m_host->updateURL(QUrl());
     m_host->reloadCurrentURL();
+    m_host->updateURL(QUrl(u"http://[no address"_qs));
+    QVERIFY(m_host->url().isEmpty());
     QVERIFY(page()->loads.isEmpty());
     QVERIFY(!m_host->loadTimer());
 }

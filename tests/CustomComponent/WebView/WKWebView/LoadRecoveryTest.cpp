@@ -36,6 +36,7 @@ void LoadRecoveryTest::namesTheFailure_data()
     row("code 1 elsewhere", loading, 1, u"https://a.example/"_qs, Kind::Other);
     row("another code below", below, 2, u"https://a.example/"_qs, Kind::Other);
     row("missing", loading, -1100, u"file:///gone/index.html"_qs, Kind::LocalPageMissing, u"/gone/index.html"_qs);
+    row("missing, in any domain", below, -1100, u"file:///gone/x"_qs, Kind::LocalPageMissing, u"/gone/x"_qs);
     row("missing with a query", loading, -1100, u"file:///gone/index.html?a=1?b"_qs, Kind::LocalPageMissing,
         u"/gone/index.html"_qs);
     row("path stays as spelled", loading, -1100, u"file:///gone/a%20b.html#c"_qs, Kind::LocalPageMissing,
