@@ -23,10 +23,6 @@ template <class List>
 /// Appends the object, unless it is none.
 template <class List> void pn_addObject(List &list, kx::Maybe<typename List::value_type> object)
 {
-    if (kx::isAbsent(object))
-        return;
-    if constexpr (kx::CanBeAbsent<typename List::value_type>)
-        list.push_back(std::move(object));
-    else
-        list.push_back(*std::move(object));
+    if (!kx::isAbsent(object))
+        list.push_back(kx::present<typename List::value_type>(std::move(object)));
 }

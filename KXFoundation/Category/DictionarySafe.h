@@ -17,16 +17,10 @@ void pn_SetObject(Dictionary &dictionary, kx::Maybe<typename Dictionary::mapped_
     using Key = typename Dictionary::key_type;
     if (kx::isAbsent(object) || kx::isAbsent(forKey))
         return;
-    const auto value = []<class T>(kx::Maybe<T> &maybe) -> T && {
-        if constexpr (kx::CanBeAbsent<T>)
-            return std::move(maybe);
-        else
-            return *std::move(maybe);
-    };
-    Object &&newObject = value.template operator()<Object>(object);
-    Key &&key = value.template operator()<Key>(forKey);
-    if constexpr (requires { dictionary.insert_or_assign(std::move(key), std::move(newObject)); })
-        dictionary.insert_or_assign(std::move(key), std::move(newObject));
+    Object value = kx::present<Object>(std::move(object));
+    Key key = kx::present<Key>(std::move(forKey));
+    if constexpr (requires { dictionary.insert_or_assign(std::move(key), std::move(value)); })
+        dictionary.insert_or_assign(std::move(key), std::move(value));
     else
-        dictionary.insert(std::move(key), std::move(newObject));
+        dictionary.insert(std::move(key), std::move(value));
 }

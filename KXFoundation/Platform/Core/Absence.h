@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 /// What "none" is, by type: the value that stands for no value. Collections and caches that treat none apart ask here.
 namespace kx {
@@ -81,6 +82,15 @@ concept CanBeAbsent = requires(const T &value)
 template <class T>
 using Maybe =
     typename std::conditional_t<CanBeAbsent<T>, std::type_identity<T>, std::type_identity<std::optional<T>>>::type;
+
+/// The T of a Maybe<T> that is not absent. (Name the T: it cannot be deduced.)
+template <class T> [[nodiscard]] T present(Maybe<T> value)
+{
+    if constexpr (CanBeAbsent<T>)
+        return value;
+    else
+        return *std::move(value);
+}
 
 /// Never true for a type that cannot be absent.
 template <class T> [[nodiscard]] bool isAbsent(const T &value)
