@@ -57,10 +57,12 @@ public:
     [[nodiscard]] QStringView view() const { return {m_units.constData(), m_units.size()}; }
 
 private:
-    // Adds units without values and tells where they begin.
+    // Adds units without values and tells where they begin. Doubles the room, as append() does and resize() does not.
     char16_t *grow(qsizetype count)
     {
         const qsizetype size = m_units.size();
+        if (count > m_units.capacity() - size)
+            m_units.reserve(std::max(size + count, 2 * size));
         m_units.resize(size + count);
         return m_units.data() + size;
     }

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/CustomComponent/WebView/JSBridge/JSONText.h>
+#include "JSONText.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <utility>
 
 namespace kx {
 
@@ -108,183 +104,6 @@ bool isStrict(QStringView text)
     return true;
 }
 
-// Text that grows by units and short runs: QString's own append() costs more than the JSON around it.
-class TextBuffer {
-public:
-    void add(char16_t unit)
-    {
-        makeRoom(1);
-        *m_at++ = unit;
-    }
-    void add(QStringView run)
-    {
-        makeRoom(run.size());
-        m_at = std::copy(run.utf16(), run.utf16() + run.size(), m_at);
-    }
-    void addAscii(const char *begin, const char *end)
-    {
-        makeRoom(end - begin);
-        m_at = std::copy(begin, end, m_at);
-    }
-    void addBlanks(qsizetype count)
-    {
-        makeRoom(count);
-        m_at = std::fill_n(m_at, count, u' ');
-    }
-    QString take()
-    {
-        m_text.truncate(m_at - begin());
-        return std::move(m_text);
-    }
-
-private:
-    char16_t *begin() { return reinterpret_cast<char16_t *>(m_text.data()); }
-    void makeRoom(qsizetype count)
-    {
-        if (m_end - m_at >= count) [[likely]]
-            return;
-        const qsizetype used = m_at - begin();
-        m_text.resize(std::max<qsizetype>(2 * m_text.size(), used + count + 1024));
-        m_at = begin() + used;
-        m_end = begin() + m_text.size();
-    }
-
-    QString m_text;
-    char16_t *m_at = begin();
-    char16_t *m_end = m_at;
-};
-
-// The indentation is four blanks a level.
-class Writer {
-public:
-    explicit Writer(int nestingLimit)
-        : m_depthLimit(nestingLimit)
-    {
-    }
-
-    QString take() { return m_out.take(); }
-
-    template <class Value> void write(const Value &value)
-    {
-        switch (value.type()) {
-        case QJsonValue::Bool: m_out.add(value.toBool() ? u"true" : u"false"); break;
-        case QJsonValue::Double: writeNumber(value.toInteger(0), value.toInteger(1), value.toDouble()); break;
-        case QJsonValue::String: writeString(value.toString()); break;
-        case QJsonValue::Array: writeArray(value.toArray()); break;
-        case QJsonValue::Object: writeObject(value.toObject()); break;
-        default: m_out.add(u"null");
-        }
-    }
-
-private:
-    // A number is an integer exactly if its integer value does not depend on the default that stands for "none". NaN
-    // has to go first: it passes for an integer.
-    void writeNumber(qint64 integer, qint64 again, double real)
-    {
-        std::array<char, 32> digits; // the longest double takes 24
-        if (!std::isfinite(real))
-            m_out.add(u"null");
-        else if (integer == again)
-            m_out.addAscii(digits.data(), std::to_chars(digits.begin(), digits.end(), integer).ptr);
-        else
-            m_out.addAscii(digits.data(), std::to_chars(digits.begin(), digits.end(), real).ptr);
-    }
-
-    void writeString(const QString &text)
-    {
-        const QStringView view(text);
-        qsizetype written = 0;
-        m_out.add(u'"');
-        for (qsizetype at = 0; at < view.size(); ++at) {
-            const char16_t unit = view[at].unicode();
-            if (unit >= 0x20 && unit != u'"' && unit != u'\\' && unit < 0x2028) [[likely]]
-                continue;
-            if (QChar::isHighSurrogate(unit) && at + 1 < view.size() && view[at + 1].isLowSurrogate()) {
-                ++at;
-                continue;
-            }
-            if (unit > 0x2029 && !QChar::isSurrogate(unit))
-                continue;
-            m_out.add(view.sliced(written, at - written));
-            writeEscaped(unit);
-            written = at + 1;
-        }
-        m_out.add(view.sliced(written));
-        m_out.add(u'"');
-    }
-
-    void writeEscaped(char16_t unit)
-    {
-        m_out.add(u'\\');
-        switch (unit) {
-        case u'"':
-        case u'\\': m_out.add(unit); break;
-        case u'\b': m_out.add(u'b'); break;
-        case u'\f': m_out.add(u'f'); break;
-        case u'\n': m_out.add(u'n'); break;
-        case u'\r': m_out.add(u'r'); break;
-        case u'\t': m_out.add(u't'); break;
-        default:
-            m_out.add(u'u');
-            for (int shift = 12; shift >= 0; shift -= 4)
-                m_out.add(u"0123456789abcdef"[(unit >> shift) & 0xF]);
-        }
-    }
-
-    void writeArray(const QJsonArray &array)
-    {
-        if (!open(u'[', array.isEmpty(), u"[]"))
-            return;
-        for (auto it = array.begin(); it != array.end(); ++it) {
-            newLine(it == array.begin());
-            write(*it);
-        }
-        close(u']');
-    }
-
-    void writeObject(const QJsonObject &object)
-    {
-        if (!open(u'{', object.isEmpty(), u"{}"))
-            return;
-        for (auto it = object.begin(); it != object.end(); ++it) {
-            newLine(it == object.begin());
-            writeString(it.key());
-            m_out.add(u": ");
-            write(it.value());
-        }
-        close(u'}');
-    }
-
-    // Begins a container; false when nothing of it is left to write.
-    bool open(char16_t bracket, bool isEmpty, QStringView emptyText)
-    {
-        if (m_depth == m_depthLimit || isEmpty) {
-            m_out.add(m_depth == m_depthLimit ? u"null" : emptyText);
-            return false;
-        }
-        ++m_depth;
-        m_out.add(bracket);
-        return true;
-    }
-
-    void close(char16_t bracket)
-    {
-        --m_depth;
-        newLine(true);
-        m_out.add(bracket);
-    }
-
-    void newLine(bool first)
-    {
-        m_out.add(first ? u"\n" : u",\n");
-        m_out.addBlanks(qsizetype(4) * m_depth);
-    }
-
-    TextBuffer m_out;
-    int m_depth = 0;
-    int m_depthLimit;
-};
-
 } // namespace
 
 QJsonObject parseJSONObject(const QString &text)
@@ -311,14 +130,6 @@ QJsonValue withoutJSONNulls(const QJsonValue &value, int nestingLimit)
     case Kept::Nothing: break;
     }
     return QJsonValue::Undefined;
-}
-
-QString indentedJSON(const QJsonObject &object, int nestingLimit)
-{
-    // The message and its body come on top of what the limit grants to the data.
-    Writer writer(nestingLimit + 2);
-    writer.write(QJsonValue(object));
-    return writer.take();
 }
 
 } // namespace kx

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/CustomComponent/WebView/JSBridge/KXWebViewJSBridge.h>
 
-#include <KXFoundation/CustomComponent/WebView/JSBridge/JSONText.h>
+#include "JSONText.h"
+#include "JSONWriter.h"
+
 #include <KXFoundation/Platform/Core/Format.h>
 
 #include <QtCore/QCoreApplication>

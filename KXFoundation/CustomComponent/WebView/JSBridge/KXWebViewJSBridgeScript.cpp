@@ -2,16 +2,13 @@
 // The operations of KXWebViewJSBridge about names and scripts in the page.
 #include <KXFoundation/CustomComponent/WebView/JSBridge/KXWebViewJSBridge.h>
 
-#include <QtCore/QFile>
+#include <QtCore/QResource>
 
 namespace {
 
-QString readScript(const QString &name)
+QString ownScript(const QString &name)
 {
-    QFile file(QStringLiteral(":/KXFoundation/JSBridge/") + name);
-    const bool opened = file.open(QIODevice::ReadOnly);
-    Q_ASSERT(opened); // it is part of the library
-    return opened ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+    return QString::fromUtf8(QResource(QStringLiteral(":/KXFoundation/JSBridge/") + name).uncompressedData().trimmed());
 }
 
 } // namespace
@@ -48,12 +45,12 @@ QString KXWebViewJSBridge::fillReplaceholder(const QString &scriptTemplate)
 
 QString KXWebViewJSBridge::javasctipt4Inject()
 {
-    static const QString script = fillReplaceholder(readScript(QStringLiteral("bridge.js")));
+    static const QString script = fillReplaceholder(ownScript(QStringLiteral("bridge.js")));
     return script;
 }
 
 QString KXWebViewJSBridge::javasctipt4Debug()
 {
-    static const QString script = readScript(QStringLiteral("debug.js"));
+    static const QString script = ownScript(QStringLiteral("debug.js"));
     return script;
 }
