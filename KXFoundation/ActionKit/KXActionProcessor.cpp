@@ -5,8 +5,8 @@
 
 #include <utility>
 
-KXActionProcessor::KXActionProcessor(const QString &scheme)
-    : m_scheme(scheme)
+KXActionProcessor::KXActionProcessor(QString scheme)
+    : m_scheme(std::move(scheme))
 {
 }
 

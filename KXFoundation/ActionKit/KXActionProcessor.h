@@ -22,7 +22,7 @@ public:
     using HandlerMap = std::shared_ptr<const QHash<QString, Handler>>;
 
     /// Answers actions of exactly this scheme, case included.
-    explicit KXActionProcessor(const QString &scheme);
+    explicit KXActionProcessor(QString scheme);
     KXActionProcessor(const KXActionProcessor &) = delete;
     KXActionProcessor &operator=(const KXActionProcessor &) = delete;
     ~KXActionProcessor();
