@@ -75,12 +75,12 @@ QStringView KXActionItem::rawQuery() const
 
 const QHash<QString, QString> &KXActionItem::queryMap() const
 {
-    using kx::detail::QueryForm;
+    using kx::QueryForm;
     if (!m_queryMap) {
         // A single character may become several when it is encoded, and only then is a pair: see parseQuery().
         const bool raw = !m_source.isNull() && m_rawQuery.length > 1;
-        m_queryMap = raw ? kx::detail::parseQuery(rawQuery(), QueryForm::Raw, passLimit)
-                         : kx::detail::parseQuery(query(), QueryForm::Encoded, passLimit);
+        m_queryMap = raw ? kx::parseQuery(rawQuery(), QueryForm::Raw, passLimit)
+                         : kx::parseQuery(query(), QueryForm::Encoded, passLimit);
     }
     return *m_queryMap;
 }

@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-namespace kx::detail {
+namespace kx {
 
 namespace {
 
@@ -107,4 +107,4 @@ QHash<QString, QString> parseQuery(QStringView query, QueryForm form, const std:
     }
 }
 
-} // namespace kx::detail
+} // namespace kx

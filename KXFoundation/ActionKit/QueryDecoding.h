@@ -7,8 +7,8 @@
 
 #include <atomic>
 
-/// How KXActionItem reads a query; not for hosts.
-namespace kx::detail {
+/// How KXActionItem reads a query.
+namespace kx {
 
 enum class QueryForm {
     Encoded, ///< As it stands in a URL.
@@ -28,4 +28,4 @@ struct DecodedValue {
 /// The pairs of a query: keys encoded, values decoded.
 [[nodiscard]] QHash<QString, QString> parseQuery(QStringView query, QueryForm form, const std::atomic<int> &passLimit);
 
-} // namespace kx::detail
+} // namespace kx

@@ -6,8 +6,8 @@
 
 #include <thread>
 
-using kx::detail::decodeRepeatedly;
-using kx::detail::QueryForm;
+using kx::decodeRepeatedly;
+using kx::QueryForm;
 
 class QueryDecodingTest : public QObject {
     Q_OBJECT
@@ -83,7 +83,7 @@ private Q_SLOTS:
     {
         std::atomic<int> passLimit = 0;
         std::atomic<bool> ended = false;
-        kx::detail::DecodedValue result;
+        kx::DecodedValue result;
         std::thread thread([&] {
             result = decodeRepeatedly(u"100%25", QueryForm::Encoded, passLimit);
             ended = true;

@@ -4,6 +4,8 @@
 #include "FormatText.h"
 #include "FormatValue.h"
 
+#include <KXFoundation/Platform/Core/AsciiSet.h>
+
 #include <algorithm>
 
 namespace kx {
@@ -20,25 +22,8 @@ template <class View> qsizetype indexOfPercent(View text, qsizetype from)
     return -1;
 }
 
-// A set of ASCII characters that is asked without a search.
-class Letters {
-public:
-    constexpr explicit Letters(std::string_view letters)
-    {
-        for (const char letter : letters)
-            m_bits[std::size_t(letter) / 64] |= quint64(1) << (letter % 64);
-    }
-    [[nodiscard]] constexpr bool contains(char16_t unit) const
-    {
-        return unit < 128 && (m_bits[unit / 64] >> (unit % 64) & 1);
-    }
-
-private:
-    std::array<quint64, 2> m_bits{};
-};
-
-constexpr Letters lengthModifiers("hljztqL");
-constexpr Letters conversions("@diuxXoDUOcCsSfFeEgGaAp");
+constexpr AsciiSet lengthModifiers("hljztqL");
+constexpr AsciiSet conversions("@diuxXoDUOcCsSfFeEgGaAp");
 
 void appendLiteral(TextBuffer &out, QStringView text)
 {

@@ -6,6 +6,7 @@
 #include <QtCore/QVarLengthArray>
 
 #include <algorithm>
+#include <array>
 
 namespace kx {
 

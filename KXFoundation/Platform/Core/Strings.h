@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/KXCoreExport.h>
-
 #include <QtCore/QByteArrayView>
 #include <QtCore/QString>
 
@@ -19,10 +17,10 @@ namespace kx {
 
 /// The text that `bytes` spell in UTF-8, or none when they are not valid UTF-8 (RFC 3629: no overlong forms, no
 /// surrogates, nothing above U+10FFFF). A leading byte order mark is kept as U+FEFF. Empty input gives "", not null.
-[[nodiscard]] KX_CORE_EXPORT std::optional<QString> decodeUtf8(QByteArrayView bytes);
+[[nodiscard]] std::optional<QString> decodeUtf8(QByteArrayView bytes);
 
 /// Orders two texts: runs of ASCII digits by the number they spell, however long, everything else by its UTF-16 codes.
 /// "1.10" is after "1.9". Returns -1, 0 or 1; 0 also for texts that differ in leading zeros only.
-[[nodiscard]] KX_CORE_EXPORT int compareNumeric(QStringView a, QStringView b);
+[[nodiscard]] int compareNumeric(QStringView a, QStringView b);
 
 } // namespace kx
