@@ -18,6 +18,15 @@ inline QJsonValue json(const QByteArray &text)
     return QJsonDocument::fromJson("[" + text + "]").array().at(0);
 }
 
+/// `depth` arrays inside each other.
+inline QJsonValue nestedArrays(int depth)
+{
+    QJsonValue value = QJsonArray();
+    for (int i = 1; i < depth; ++i)
+        value = QJsonArray{value};
+    return value;
+}
+
 /// The message inside a command string; no JSON when the wrapping is not exact.
 inline QString messageText(const QString &command)
 {
