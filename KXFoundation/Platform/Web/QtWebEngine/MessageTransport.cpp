@@ -3,11 +3,11 @@
 
 #include <KXFoundation/Platform/Web/SourceFrames/SourceFrameTracker.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QRandomGenerator>
+#include <QtCore/QResource>
 #include <QtWebEngineCore/QWebEngineScript>
 
 namespace kx {
@@ -16,10 +16,7 @@ namespace {
 
 QString resource(const QString &name)
 {
-    QFile file(QLatin1String(":/KXFoundation/Web/") + name);
-    const bool opened = file.open(QFile::ReadOnly);
-    Q_ASSERT(opened);
-    return opened ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(QResource(QLatin1String(":/KXFoundation/Web/") + name).uncompressedData());
 }
 
 QString randomWord()

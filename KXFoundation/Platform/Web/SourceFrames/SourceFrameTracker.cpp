@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SourceFrameTracker.h"
 
-#include <QtCore/QFile>
+#include <QtCore/QResource>
 #include <QtCore/QStringList>
 
 #include <utility>
@@ -11,10 +11,7 @@ namespace {
 
 QString resource(const QString &name)
 {
-    QFile file(QLatin1String(":/KXFoundation/Web/") + name);
-    const bool opened = file.open(QFile::ReadOnly);
-    Q_ASSERT(opened);
-    return opened ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(QResource(QLatin1String(":/KXFoundation/Web/") + name).uncompressedData());
 }
 
 // The same way as the engine makes its URLs, so that equal addresses compare equal.
