@@ -48,13 +48,6 @@ bool fail(KXError *error, KXActionManager::ErrorCode code, const QString &descri
 
 void KXActionManager::registerProcessor(const std::shared_ptr<KXActionProcessor> &processor)
 {
-    if (processor)
-        registerProcessor(processor, processor->scheme());
-}
-
-void KXActionManager::registerProcessor(
-    const std::shared_ptr<KXActionProcessor> &processor, const QString & /*forScheme*/)
-{
     if (!processor)
         return;
     registry().update([&](const std::shared_ptr<const Processors> &current) {
@@ -63,6 +56,12 @@ void KXActionManager::registerProcessor(
             next->insert(next->end(), current->begin(), current->end());
         return next;
     });
+}
+
+void KXActionManager::registerProcessor(
+    const std::shared_ptr<KXActionProcessor> &processor, const QString & /*forScheme*/)
+{
+    registerProcessor(processor);
 }
 
 bool KXActionManager::handleActionWithURL(const QString &url, KXError *error)

@@ -23,9 +23,8 @@ public:
 
     /// Answers actions of exactly this scheme, case included.
     explicit KXActionProcessor(QString scheme);
-    KXActionProcessor(const KXActionProcessor &) = delete;
-    KXActionProcessor &operator=(const KXActionProcessor &) = delete;
     ~KXActionProcessor();
+    Q_DISABLE_COPY_MOVE(KXActionProcessor)
 
     [[nodiscard]] const QString &scheme() const { return m_scheme; }
     /// Not while another thread dispatches.
