@@ -33,7 +33,8 @@ function(kx_compile_settings target)
         QT_USE_QSTRINGBUILDER QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()
 
-# kx_add_library(Core|UI|Web DEPENDS targets...): one of the library's shared objects, KXFoundation::<component>.
+# kx_add_library(Core|UI|Web DEPENDS targets... PRECOMPILE headers...): one of the shared objects,
+# KXFoundation::<component>.
 function(kx_add_library component)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;PRECOMPILE")
     set(target KXFoundation${component})

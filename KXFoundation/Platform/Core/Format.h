@@ -10,6 +10,7 @@
 #include <array>
 #include <concepts>
 #include <span>
+#include <string>
 #include <string_view>
 #include <type_traits>
 

@@ -4,6 +4,8 @@
 #include <KXFoundation/KXCoreExport.h>
 #include <KXFoundation/Platform/Core/TimerLoop.h>
 
+#include <QtCore/QtGlobal>
+
 #include <functional>
 #include <memory>
 
@@ -27,9 +29,8 @@ public:
     static std::shared_ptr<Timer> scheduled(
         double interval, Block block, bool repeats, TimerLoop *loop = TimerLoop::current());
 
-    Timer(const Timer &) = delete;
-    Timer &operator=(const Timer &) = delete;
     ~Timer();
+    Q_DISABLE_COPY_MOVE(Timer)
 
     /// False once invalidate() was called, a one-shot has fired (after its block returned), or the loop has ended.
     [[nodiscard]] bool isValid() const { return m_loop; }

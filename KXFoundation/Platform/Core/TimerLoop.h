@@ -3,6 +3,8 @@
 
 #include <KXFoundation/KXCoreExport.h>
 
+#include <QtCore/QtGlobal>
+
 #include <chrono>
 #include <map>
 #include <memory>
@@ -27,9 +29,8 @@ public:
     [[nodiscard]] static TimerLoop *current();
 
     TimerLoop() = default;
-    TimerLoop(const TimerLoop &) = delete;
-    TimerLoop &operator=(const TimerLoop &) = delete;
     virtual ~TimerLoop();
+    Q_DISABLE_COPY_MOVE(TimerLoop)
 
     [[nodiscard]] virtual Clock::time_point now() const = 0;
 
