@@ -17,6 +17,12 @@ using kx::test::HostedPage;
 
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool keepsFreedMemory = true; // to find uses of it
+#else
+constexpr bool keepsFreedMemory = false;
+#endif
+
 QByteArray contents(const QString &path)
 {
     QFile file(path);
@@ -139,7 +145,7 @@ void KXWKWebViewLifeTest::fiftyHostsLeaveNothing()
     const double grown = privateMemory() - memory;
     qInfo("50 hosts: %d child processes before and %d after, %.1f MiB grown to %.1f", int(m_processes),
         int(descendants().size()), memory, memory + grown);
-    QVERIFY2(grown < 40, qPrintable(QString::number(grown)));
+    QVERIFY2(grown < 40 || keepsFreedMemory, qPrintable(QString::number(grown)));
 }
 
 void KXWKWebViewLifeTest::rebuildingLeavesNothing()
@@ -160,7 +166,7 @@ void KXWKWebViewLifeTest::rebuildingLeavesNothing()
 
 void KXWKWebViewLifeTest::applicationMayEndWithAHostAlive()
 {
-    auto *host = new KXWKWebView(QRectF(0, 0, 100, 100)); // nobody deletes it
+    static KXWKWebView *const host = new KXWKWebView(QRectF(0, 0, 100, 100)); // nobody deletes it
     QSignalSpy completed(host, &KXWKWebView::navigationCompleted);
     host->updateURL(QUrl(u"data:text/html,left"_qs));
     QVERIFY(completed.wait());
