@@ -73,7 +73,9 @@ struct WebPreferences {
     friend bool operator==(const WebPreferences &, const WebPreferences &) = default;
 };
 
-/// Stands for the engine processes that web views share: views of one pool share storage and cookies.
+/// Stands for the engine processes that web views share. Views of one pool that were built with equal user scripts,
+/// handler names and scheme handlers share storage and cookies, which are kept in memory only and for as long as the
+/// pool or such a view lives. A view without a pool shares with views of its own configuration alone.
 class ProcessPool { };
 
 /// All that a web view is built from. Held by shared pointer; a view keeps its configuration alive.
