@@ -44,6 +44,7 @@ private Q_SLOTS:
     void rebuildsFromTheStoredConfiguration();
     void keepsTheBridgeWhenRebuilt();
     void aGivenConfigurationLosesItsHandlerAtRebuild();
+    void hostsOfOneConfigurationShareItsHandler();
     void aRebuiltWebViewStillIgnoresTheMouse();
     void cleansUp();
     void canDoWithoutAWebView();
@@ -253,6 +254,19 @@ void KXWKWebViewTest::aGivenConfigurationLosesItsHandlerAtRebuild()
     m_host->rebuildWebview();
     QCOMPARE(m_host->wkWebView()->configuration(), own);
     QVERIFY(own->userContentController->scriptMessageHandlerNames().isEmpty());
+}
+
+void KXWKWebViewTest::hostsOfOneConfigurationShareItsHandler()
+{
+    const auto own = ownConfiguration();
+    m_host->setup(own);
+    {
+        const KXWKWebView other(own);
+        QCOMPARE(other.wkWebView()->configuration(), own);
+        QCOMPARE(own->userContentController->scriptMessageHandlerNames(), QStringList{handlerName});
+    }
+    QVERIFY(own->userContentController->scriptMessageHandlerNames().isEmpty()); // gone for both
+    QCOMPARE(m_host->wkWebView()->configuration(), own);
 }
 
 void KXWKWebViewTest::aRebuiltWebViewStillIgnoresTheMouse()
