@@ -7,6 +7,7 @@
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QWidget>
 
+#include <algorithm>
 #include <utility>
 
 namespace kx {
@@ -112,9 +113,10 @@ ViewInterface *ViewInterface::hitTest(const QPointF &point)
     const QRectF area = frame();
     if (isExplicitlyHidden() || !pointInRect(point, area))
         return nullptr;
-    const QList<ViewInterface *> views = subviews();
-    for (auto view = views.rbegin(); view != views.rend(); ++view) {
-        if (ViewInterface *hit = (*view)->hitTest(point - area.topLeft()))
+    QList<ViewInterface *> fromTheTop = subviews();
+    std::reverse(fromTheTop.begin(), fromTheTop.end());
+    for (ViewInterface *view : std::as_const(fromTheTop)) {
+        if (ViewInterface *hit = view->hitTest(point - area.topLeft()))
             return hit;
     }
     return this;
