@@ -11,6 +11,7 @@
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    KXActionItem::setDecodePassLimit(8); // the URLs come from pages
 
     auto player = std::make_shared<KXActionProcessor>(QStringLiteral("kx"));
     player->registerHandler(

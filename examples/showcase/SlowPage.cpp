@@ -7,6 +7,8 @@
 #include <QtCore/QList>
 #include <QtCore/QStringList>
 
+#include <utility>
+
 namespace {
 
 const QString scheme = QStringLiteral("showcase");
