@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/Web/QtWebEngine/ProfileStore.h>
 
 #include <KXFoundation/Platform/Web/QtWebEngine/SchemeHandler.h>
+#include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
 #include <KXFoundation/Platform/Web/URLSchemeTask.h>
 
 #include <QtWebEngineCore/QWebEngineProfile>
@@ -61,8 +62,10 @@ PageProfile ProfileStore::makeProfile(const Content &content)
     for (const UserScript &script : content.scripts)
         scripts.append(engineScript(script, QStringLiteral("user-script-%1").arg(scripts.size())));
     profile->scripts()->insert(scripts);
-    for (auto [scheme, handler] : content.schemes.asKeyValueRange())
-        profile->installUrlSchemeHandler(scheme.toUtf8(), new SchemeHandler(*handler, profile.get()));
+    for (auto [scheme, handler] : content.schemes.asKeyValueRange()) {
+        if (const QByteArray name = scheme.toUtf8(); mayBeCustomScheme(name))
+            profile->installUrlSchemeHandler(name, new SchemeHandler(*handler, profile.get()));
+    }
     return {profile, transport};
 }
 

@@ -34,6 +34,12 @@ bool isBuiltIn(const QByteArray &name)
 
 } // namespace
 
+bool mayBeCustomScheme(const QByteArray &name)
+{
+    const QByteArray lower = name.toLower();
+    return isScheme(lower) && !isBuiltIn(lower);
+}
+
 void registerSchemes(const QStringList &schemes)
 {
     static QSet<QByteArray> warned;

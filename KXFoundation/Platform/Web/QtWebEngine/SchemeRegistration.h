@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QStringList>
 
 namespace kx {
+
+/// False for what is no scheme, and for those that the engine itself serves. The case of letters does not count.
+[[nodiscard]] bool mayBeCustomScheme(const QByteArray &name);
 
 /// Makes custom schemes known to the engine as secure, local, open to cross-origin requests and with a host in their
 /// URLs. The engine takes them only before the application object is made: later a scheme that is not known yet gets
