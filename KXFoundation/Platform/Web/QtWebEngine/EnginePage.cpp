@@ -81,10 +81,18 @@ bool EnginePage::javaScriptPrompt(const QUrl &, const QString &message, const QS
     return m_owner && m_owner->prompt(message, defaultText, result);
 }
 
+QStringList EnginePage::chooseFiles(
+    FileSelectionMode mode, const QStringList &oldFiles, const QStringList &acceptedMimeTypes)
+{
+    const Question question(*this); // a dialog with an event loop of its own, as the panels are
+    return QWebEnginePage::chooseFiles(mode, oldFiles, acceptedMimeTypes);
+}
+
 void EnginePage::javaScriptConsoleMessage(
     JavaScriptConsoleMessageLevel level, const QString &message, int lineNumber, const QString &sourceID)
 {
-    if (!m_owner || !m_owner->consoleLine(message, sourceID))
+    // What a page without an owner still writes goes nowhere: it may be a record, and the secret is not for the log.
+    if (m_owner && !m_owner->consoleLine(message, sourceID))
         QWebEnginePage::javaScriptConsoleMessage(level, message, lineNumber, sourceID);
 }
 

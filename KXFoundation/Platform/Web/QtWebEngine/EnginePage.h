@@ -45,6 +45,8 @@ protected:
     bool javaScriptConfirm(const QUrl &securityOrigin, const QString &message) override;
     bool javaScriptPrompt(
         const QUrl &securityOrigin, const QString &message, const QString &defaultText, QString *result) override;
+    QStringList chooseFiles(
+        FileSelectionMode mode, const QStringList &oldFiles, const QStringList &acceptedMimeTypes) override;
     void javaScriptConsoleMessage(
         JavaScriptConsoleMessageLevel level, const QString &message, int lineNumber, const QString &sourceID) override;
 

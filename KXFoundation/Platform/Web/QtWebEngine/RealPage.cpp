@@ -159,14 +159,16 @@ void RealPage::loadRequested()
     if (request->url.isLocalFile())
         m_readAccess->grant(request->url, request->readAccessDirectory);
     // The engine does not ask about this scheme.
-    if (request->url.scheme() == QLatin1String("about")
-        && !acceptNavigation(request->url, EngineType::NavigationTypeTyped, true)) {
-        m_loads.stopped(request->url);
-        return;
+    if (request->url.scheme() == QLatin1String("about")) {
+        const QPointer<RealPage> alive(this);
+        if (!acceptNavigation(request->url, EngineType::NavigationTypeTyped, true)) {
+            if (alive)
+                m_loads.stopped(request->url);
+            return;
+        }
     }
-    if (!m_page)
-        return;
-    m_page->load(request->url);
+    if (m_page)
+        m_page->load(request->url);
 }
 
 void RealPage::stopLoading()

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "PageFixture.h"
 
+#include <KXFoundation/Platform/Web/URLSchemeTask.h>
+
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTemporaryFile>
 #include <QtNetwork/QTcpServer>
 
 #include <csignal>
@@ -316,6 +319,38 @@ private Q_SLOTS:
         fixture.client.decide = [](const kx::NavigationAction &) { return kx::NavigationPolicy::Cancel; };
         fixture.load(QUrl(QStringLiteral("about:blank")));
         QCOMPARE(fixture.client.ends.constLast(), QStringLiteral("provisional 102"));
+    }
+
+    void leavesTheEngineItsOwnSchemes()
+    {
+        struct Handler final : kx::URLSchemeHandler {
+            void startURLSchemeTask(const kx::URLSchemeTaskPtr &) override { ++tasks; }
+            void stopURLSchemeTask(const kx::URLSchemeTaskPtr &) override { }
+            int tasks = 0;
+        } handler;
+        QTemporaryFile file;
+        QVERIFY(file.open() && file.write("<p>file") > 0 && file.flush());
+        PageFixture fixture;
+        for (const char *scheme : {"http", "file", "no scheme"})
+            fixture.configuration->setURLSchemeHandler(&handler, QString::fromLatin1(scheme));
+        fixture.loadHtml("<p>http");
+        fixture.load(QUrl::fromLocalFile(file.fileName()));
+        QCOMPARE(fixture.client.ends, QStringList(2, QStringLiteral("finished")));
+        QCOMPARE(handler.tasks, 0);
+    }
+
+    void mayBeDeletedWhenAskedAboutAnEmptyPage()
+    {
+        PageFixture fixture;
+        fixture.make();
+        fixture.client.decide = [&](const kx::NavigationAction &) {
+            fixture.page.reset();
+            return kx::NavigationPolicy::Allow;
+        };
+        fixture.page->load(QUrl(QStringLiteral("about:blank")));
+        QTRY_VERIFY(!fixture.page);
+        QCoreApplication::processEvents();
+        QVERIFY(fixture.client.ends.isEmpty());
     }
 };
 

@@ -2,8 +2,10 @@
 #include "PageFixture.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QTimer>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QFileDialog>
 
 using kx::test::PageFixture;
 
@@ -112,6 +114,28 @@ private Q_SLOTS:
         QCOMPARE(fixture.client.panels,
             QStringList({QStringLiteral("alert a"), QStringLiteral("confirm b"), QStringLiteral("prompt c|d"),
                 QStringLiteral("prompt e|"), QStringLiteral("prompt f|"), QStringLiteral("confirm g")}));
+    }
+
+    void mayBeDeletedWhileTheUserChoosesAFile()
+    {
+        PageFixture fixture;
+        fixture.loadHtml("<label style='position:fixed;inset:0'><input type=file></label>");
+        // The offscreen platform says so for every dialog.
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+        bool chosen = false;
+        QTimer user;
+        connect(&user, &QTimer::timeout, this, [&] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            user.stop();
+            fixture.page.reset();
+            dialog->reject();
+            chosen = true;
+        });
+        user.start(1);
+        clickUntil(fixture.page->widget(), Qt::LeftButton, [&] { return chosen; });
+        QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty());
     }
 
     void asksForWindowsWithoutOpeningThem()
