@@ -9,6 +9,12 @@ using kx::test::PageFixture;
 
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool keepsFreedMemory = true; // to find uses of it
+#else
+constexpr bool keepsFreedMemory = false;
+#endif
+
 /// Resident memory of this process, in MB.
 double residentMegabytes()
 {
@@ -70,7 +76,7 @@ private Q_SLOTS:
         QTRY_VERIFY2(childProcesses() <= processes + 1, qPrintable(QString::number(childProcesses())));
         const double grown = residentMegabytes() - before;
         qInfo("50 pages: %.1f MB more, %d child processes after %d", grown, childProcesses(), processes);
-        QVERIFY2(grown < 100, qPrintable(QString::number(grown))); // a leaked page costs 80
+        QVERIFY2(grown < 100 || keepsFreedMemory, qPrintable(QString::number(grown))); // a leaked page costs 80
     }
 
     void manyPagesAtOnce()
