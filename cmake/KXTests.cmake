@@ -12,6 +12,7 @@ function(kx_add_test name)
     add_executable(${name} ${arg_SOURCES})
     kx_compile_settings(${name})
     target_link_libraries(${name} PRIVATE ${arg_LINK} Qt6::Test)
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests") # for "Support/..."
     add_test(NAME ${name} COMMAND ${name} ${arg_ARGS})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT}

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The engine's requests for custom schemes, as tasks: with real pages in the real engine.
+#include "Support/EngineWarnings.h"
+
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 #include <KXFoundation/Platform/Web/QtWebEngine/SchemeHandler.h>
 #include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
@@ -140,7 +142,7 @@ void SchemeHandlerTest::initTestCase()
 
 void SchemeHandlerTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    QTest::failOnWarning(kx::test::anyWarningButTheEngines());
     m_handler = std::make_unique<RecordingHandler>();
     m_handler->start = answerByPath;
     m_profile = std::make_unique<QWebEngineProfile>();

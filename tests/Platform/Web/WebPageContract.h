@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Support/EngineWarnings.h"
+
 #include "RecordingPageClient.h"
 
 #include <KXFoundation/Platform/Web/WebViewConfiguration.h>
@@ -75,7 +77,7 @@ protected:
 
 private Q_SLOTS:
     void initTestCase() { startEngine(); }
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+    void init() { QTest::failOnWarning(kx::test::anyWarningButTheEngines()); }
 
     void asksThePolicyAndFinishesALoad()
     {

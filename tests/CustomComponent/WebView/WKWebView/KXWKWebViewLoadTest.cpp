@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The host with real loads: which navigations happen, how they end, what is rebuilt.
+#include "Support/EngineWarnings.h"
+
 #include "HostedPage.h"
 
 #include <KXFoundation/Category/TimerUtil.h>
@@ -61,7 +63,7 @@ private:
 
 void KXWKWebViewLoadTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    QTest::failOnWarning(kx::test::anyWarningButTheEngines());
     m_page = std::make_unique<HostedPage>();
 }
 

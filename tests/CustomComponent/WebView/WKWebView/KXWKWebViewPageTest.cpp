@@ -105,8 +105,11 @@ void KXWKWebViewPageTest::initTestCase()
 
 void KXWKWebViewPageTest::init()
 {
-    QTest::failOnWarning(
-        QRegularExpression(u"^(?!This plugin does not support propagateSizeHints)"_qs)); // of any dialog
+    QTest::failOnWarning(QRegularExpression(
+        u"^(?!This plugin does not support propagateSizeHints|No suitable graphics backend found)"_qs)); // of any
+                                                                                                         // dialog, and
+                                                                                                         // of the
+                                                                                                         // engine
     m_page = std::make_unique<HostedPage>();
 }
 

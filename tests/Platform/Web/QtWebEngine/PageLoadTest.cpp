@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "Support/EngineWarnings.h"
+
 #include "PageFixture.h"
 
 #include <KXFoundation/Platform/Web/URLSchemeTask.h>
@@ -18,7 +20,7 @@ class PageLoadTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { PageFixture::startEngine(); }
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+    void init() { QTest::failOnWarning(kx::test::anyWarningButTheEngines()); }
 
     void finishesAnErrorPageOfAServer_data()
     {
