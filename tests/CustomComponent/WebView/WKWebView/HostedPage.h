@@ -57,7 +57,7 @@ public:
         view.evaluateJavaScript(expression, [answer](const QJsonValue &result, const auto &error) {
             *answer = error ? QJsonValue(error->localizedDescription) : result;
         });
-        if (!QTest::qWaitFor([&answer] { return answer->has_value(); }))
+        if (!QTest::qWaitFor([&answer] { return answer->has_value(); }, 20'000))
             return QStringLiteral("no answer");
         return **answer;
     }
