@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/Strings.h>
 
+#include <array>
+#include <cstring>
+
 namespace kx {
 
 namespace {
@@ -33,6 +36,20 @@ template <class T> int order(const T &a, const T &b)
     return a < b ? -1 : b < a ? 1 : 0;
 }
 
+// Copies ASCII in blocks as long as there is nothing else; most texts are that throughout.
+void takeAsciiBlocks(const unsigned char *&in, const unsigned char *end, char16_t *&out)
+{
+    constexpr int block = 16;
+    for (; end - in >= block; in += block, out += block) {
+        std::array<quint64, 2> words{};
+        std::memcpy(words.data(), in, block);
+        if (((words[0] | words[1]) & 0x8080808080808080U) != 0)
+            return;
+        for (int i = 0; i < block; ++i)
+            out[i] = in[i];
+    }
+}
+
 } // namespace
 
 std::optional<QString> decodeUtf8(QByteArrayView bytes)
@@ -46,6 +63,7 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes)
         if (lead < 0x80) {
             *out++ = lead;
             ++in;
+            takeAsciiBlocks(in, end, out);
             continue;
         }
         const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// Built where libavformat's headers are missing.
+#include <KXFoundation/Platform/Core/MediaDuration.h>
+
+namespace kx {
+
+std::optional<double> mediaDurationInSeconds(const QString &)
+{
+    return std::nullopt;
+}
+
+} // namespace kx
