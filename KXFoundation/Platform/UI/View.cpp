@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/View.h>
 
+#include <QtGui/QPaintEvent>
+#include <QtGui/QPainter>
+
 namespace kx {
 
 View::View(QWidget *parent)
@@ -9,5 +12,11 @@ View::View(QWidget *parent)
 }
 
 View::~View() = default;
+
+void View::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    drawRect(painter, widgetRect(event->rect()));
+}
 
 } // namespace kx

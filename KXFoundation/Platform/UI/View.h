@@ -14,6 +14,9 @@ class KX_UI_EXPORT View : public ViewOn<QWidget> {
 public:
     explicit View(QWidget *parent = nullptr);
     ~View() override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 };
 
 } // namespace kx

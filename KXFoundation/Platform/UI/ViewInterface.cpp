@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
+#include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/ScreenGeometry.h>
 
 #include <QtCore/QEvent>
+#include <QtCore/QPointer>
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QWidget>
 
@@ -120,6 +123,174 @@ ViewInterface *ViewInterface::hitTest(const QPointF &point)
             return hit;
     }
     return this;
+}
+
+bool ViewInterface::isFlipped() const
+{
+    return false;
+}
+
+QPointF ViewInterface::convertPointFromView(const QPointF &point, const ViewInterface *view) const
+{
+    const auto origin = [](const ViewInterface &v) { return v.convertRectToView(v.bounds()); };
+    const auto inWindow = [&](const ViewInterface &v, const QPointF &p) -> QPointF {
+        const QRectF area = origin(v);
+        return {area.x() + p.x(), v.isFlipped() ? area.y() + area.height() - p.y() : area.y() + p.y()};
+    };
+    const QPointF p = view ? inWindow(*view, point) : point;
+    const QRectF area = origin(*this);
+    return {p.x() - area.x(), isFlipped() ? area.y() + area.height() - p.y() : p.y() - area.y()};
+}
+
+QRectF ViewInterface::convertRectToView(const QRectF &rect, const ViewInterface *view) const
+{
+    const QRectF inWidget = widgetRect(rect);
+    if (view) {
+        const QPointF shift = view->m_widget->mapFromGlobal(m_widget->mapToGlobal(QPointF(0, 0)));
+        return view->widgetRect(inWidget.translated(shift));
+    }
+    const QRectF onScreen = screenFlipped(inWidget.translated(m_widget->mapToGlobal(QPointF(0, 0))));
+    return onScreen.translated(-screenFrame(*m_widget->window()).topLeft());
+}
+
+QRectF ViewInterface::widgetRect(const QRectF &rect) const
+{
+    return isFlipped() ? rect : flippedRect(rect, m_widget->height());
+}
+
+QWidget *ViewInterface::shownWindow() const
+{
+    QWidget *window = m_widget->window();
+    return window->isVisible() ? window : nullptr;
+}
+
+void ViewInterface::mouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::scrollWheel(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::keyDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::keyUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseEntered(Event *) { }
+
+void ViewInterface::mouseExited(Event *) { }
+
+void ViewInterface::mouseMoved(Event *) { }
+
+void ViewInterface::cursorUpdate(Event *) { }
+
+void ViewInterface::addTrackingArea(const TrackingAreaRef &area)
+{
+    m_trackingAreas.append(area);
+}
+
+void ViewInterface::removeTrackingArea(const TrackingAreaRef &area)
+{
+    m_trackingAreas.removeOne(area);
+}
+
+void ViewInterface::updateTrackingAreas() { }
+
+void ViewInterface::drawRect(QPainter &, const QRectF &) { }
+
+void ViewInterface::setNeedsDisplay()
+{
+    m_widget->update();
+}
+
+void ViewInterface::setNeedsDisplayInRect(const QRectF &rect)
+{
+    m_widget->update(widgetRect(rect).toAlignedRect());
+}
+
+bool ViewInterface::routeEvent(QEvent &event)
+{
+    using Handler = void (ViewInterface::*)(Event *);
+    if (!event.isInputEvent())
+        return false;
+    Event wrapped(event, m_widget->window());
+    Handler handler = nullptr;
+    switch (wrapped.type()) {
+    case EventType::LeftMouseDown: handler = &ViewInterface::mouseDown; break;
+    case EventType::LeftMouseUp: handler = &ViewInterface::mouseUp; break;
+    case EventType::LeftMouseDragged: handler = &ViewInterface::mouseDragged; break;
+    case EventType::RightMouseDown: handler = &ViewInterface::rightMouseDown; break;
+    case EventType::RightMouseUp: handler = &ViewInterface::rightMouseUp; break;
+    case EventType::RightMouseDragged: handler = &ViewInterface::rightMouseDragged; break;
+    case EventType::OtherMouseDown: handler = &ViewInterface::otherMouseDown; break;
+    case EventType::OtherMouseUp: handler = &ViewInterface::otherMouseUp; break;
+    case EventType::OtherMouseDragged: handler = &ViewInterface::otherMouseDragged; break;
+    case EventType::ScrollWheel: handler = &ViewInterface::scrollWheel; break;
+    case EventType::KeyDown: handler = &ViewInterface::keyDown; break;
+    case EventType::KeyUp: handler = &ViewInterface::keyUp; break;
+    default: return false;
+    }
+    const QPointer<QWidget> alive(m_widget);
+    QEvent *outer = std::exchange(m_live, &event);
+    event.accept();
+    (this->*handler)(&wrapped);
+    if (alive)
+        m_live = outer;
+    return true;
+}
+
+void ViewInterface::handToBase(Event *event)
+{
+    if (event && m_live)
+        baseEvent(*m_live);
 }
 
 void ViewInterface::viewEvent(const QEvent &event)

@@ -3,23 +3,29 @@
 
 #include <KXFoundation/KXUIExport.h>
 #include <KXFoundation/Platform/UI/Autoresizing.h>
+#include <KXFoundation/Platform/UI/Responder.h>
+#include <KXFoundation/Platform/UI/TrackingArea.h>
 
 #include <QtCore/QList>
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 
 class QEvent;
+class QPainter;
 class QWidget;
 
 namespace kx {
 
-/// What a view adds to the widget that it is: coordinates with y growing upwards, subviews and hit testing.
+class Event;
+
+/// What a view adds to the widget that it is: coordinates with y growing upwards, subviews, hit testing, events of the
+/// pointer and the keyboard, tracking areas and drawing.
 ///
 /// Lengths are logical pixels in double precision; the widget's whole-number geometry is the truth behind them. A view
 /// placed by a QLayout takes what the layout gives. Main thread only.
-class KX_UI_EXPORT ViewInterface {
+class KX_UI_EXPORT ViewInterface : public Responder {
 public:
-    virtual ~ViewInterface();
+    ~ViewInterface() override;
     Q_DISABLE_COPY_MOVE(ViewInterface)
 
     /// The widget that this view is. Never null.
@@ -56,16 +62,86 @@ public:
     /// the superview's coordinates. Hidden views are not met. Override it to give the view another shape.
     [[nodiscard]] virtual ViewInterface *hitTest(const QPointF &point);
 
+    // --- coordinates ---------------------------------------------------------------------------------------------
+
+    /// Whether y grows downwards from the top in this view's own coordinates. False unless overridden; it never changes
+    /// in the life of a view.
+    [[nodiscard]] virtual bool isFlipped() const;
+    /// A point of the coordinates of `view`, or of the window when that is null, in this view's own.
+    [[nodiscard]] QPointF convertPointFromView(const QPointF &point, const ViewInterface *view = nullptr) const;
+    /// A rectangle of this view's coordinates in those of `view`, or of the window when that is null.
+    [[nodiscard]] QRectF convertRectToView(const QRectF &rect, const ViewInterface *view = nullptr) const;
+    /// Between this view's coordinates and its widget's; its own inverse. What drawRect() paints goes through it.
+    [[nodiscard]] QRectF widgetRect(const QRectF &rect) const;
+
+    // --- the window ----------------------------------------------------------------------------------------------
+
+    /// The top-level widget that the view is in, once that is shown; null until then.
+    [[nodiscard]] QWidget *shownWindow() const;
+
+    // --- events --------------------------------------------------------------------------------------------------
+
+    // The event may be null: some are sent by the view to itself, to end what is in progress. The implementations here
+    // hand the event to the widget class beneath, which may let it go on to the parent; an override that does not call
+    // them swallows the event. A handler may delete the view.
+
+    virtual void mouseDown(Event *event);
+    virtual void mouseUp(Event *event);
+    virtual void mouseDragged(Event *event);
+    virtual void rightMouseDown(Event *event);
+    virtual void rightMouseUp(Event *event);
+    virtual void rightMouseDragged(Event *event);
+    virtual void otherMouseDown(Event *event);
+    virtual void otherMouseUp(Event *event);
+    virtual void otherMouseDragged(Event *event);
+    virtual void scrollWheel(Event *event);
+    virtual void keyDown(Event *event);
+    virtual void keyUp(Event *event);
+
+    // Sent for tracking areas alone. They do nothing here.
+
+    virtual void mouseEntered(Event *event);
+    virtual void mouseExited(Event *event);
+    virtual void mouseMoved(Event *event);
+    virtual void cursorUpdate(Event *event);
+
+    // --- tracking areas ------------------------------------------------------------------------------------------
+
+    void addTrackingArea(const TrackingAreaRef &area);
+    /// Does nothing for an area that the view does not have.
+    void removeTrackingArea(const TrackingAreaRef &area);
+    /// In the order in which they were added.
+    [[nodiscard]] QList<TrackingAreaRef> trackingAreas() const { return m_trackingAreas; }
+    /// Called when the areas may need to be replaced: once on entering a window, then after a change of the view's size
+    /// or window, before the next event of the pointer; never for a plain move. Does nothing here.
+    virtual void updateTrackingAreas();
+
+    // --- drawing -------------------------------------------------------------------------------------------------
+
+    /// Paints the part of the view within `dirtyRect`, which counts in the view's coordinates, while the painter counts
+    /// in the widget's: see widgetRect(). Paints nothing here.
+    virtual void drawRect(QPainter &painter, const QRectF &dirtyRect);
+    /// Asks for a repaint of everything, or of a part in the view's coordinates.
+    void setNeedsDisplay();
+    void setNeedsDisplayInRect(const QRectF &rect);
+
 protected:
     explicit ViewInterface(QWidget &widget);
 
+    /// Lets a mouse, wheel or key event reach its handler. False when it has none; then it is the base class's.
+    [[nodiscard]] bool routeEvent(QEvent &event);
+    /// What the widget class beneath does with an event.
+    virtual bool baseEvent(QEvent &event) = 0;
     /// To be called after the base class has handled an event.
     void viewEvent(const QEvent &event);
 
 private:
     void settleSubviews();
+    void handToBase(Event *event);
 
     QWidget *const m_widget;
+    QList<TrackingAreaRef> m_trackingAreas;
+    QEvent *m_live = nullptr; // the event that is being routed
     AutoresizingMask m_autoresizingMask = Autoresizing::None;
     QSizeF m_settledSize; // the size that the subviews are placed for
 };

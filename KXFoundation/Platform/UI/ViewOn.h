@@ -25,10 +25,14 @@ public:
 protected:
     bool event(QEvent *event) override
     {
+        // Before the base class: some controls act on presses in event() itself.
+        if (routeEvent(*event))
+            return true;
         const bool handled = Base::event(event);
         viewEvent(*event);
         return handled;
     }
+    bool baseEvent(QEvent &event) override { return Base::event(&event); }
 };
 
 } // namespace kx

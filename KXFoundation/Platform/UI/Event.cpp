@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/Event.h>
+
+#include <KXFoundation/Platform/UI/ScreenGeometry.h>
+
+#include <QtGui/QCursor>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWheelEvent>
+
+namespace kx {
+
+namespace {
+
+EventType pressed(Qt::MouseButton button)
+{
+    return button == Qt::LeftButton ? EventType::LeftMouseDown
+        : button == Qt::RightButton ? EventType::RightMouseDown
+                                    : EventType::OtherMouseDown;
+}
+
+EventType released(Qt::MouseButton button)
+{
+    return button == Qt::LeftButton ? EventType::LeftMouseUp
+        : button == Qt::RightButton ? EventType::RightMouseUp
+                                    : EventType::OtherMouseUp;
+}
+
+EventType moved(Qt::MouseButtons buttons)
+{
+    return buttons & Qt::LeftButton ? EventType::LeftMouseDragged
+        : buttons & Qt::RightButton ? EventType::RightMouseDragged
+        : buttons                   ? EventType::OtherMouseDragged
+                                    : EventType::MouseMoved;
+}
+
+EventType typeOf(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: return pressed(static_cast<const QMouseEvent &>(event).button());
+    case QEvent::MouseButtonRelease: return released(static_cast<const QMouseEvent &>(event).button());
+    case QEvent::MouseMove: return moved(static_cast<const QMouseEvent &>(event).buttons());
+    case QEvent::Wheel: return EventType::ScrollWheel;
+    case QEvent::Enter: return EventType::MouseEntered;
+    case QEvent::Leave: return EventType::MouseExited;
+    case QEvent::KeyPress: return EventType::KeyDown;
+    case QEvent::KeyRelease: return EventType::KeyUp;
+    default: return EventType::Other;
+    }
+}
+
+} // namespace
+
+Event::Event(EventType type, QWidget *window, const QPointF &screenLocation)
+    : m_type(type)
+    , m_window(window)
+    , m_screenLocation(screenLocation)
+{
+}
+
+Event::Event(const QEvent &event, QWidget *window)
+    : m_type(typeOf(event))
+    , m_window(window)
+    , m_original(event.clone())
+{
+    QPointF position = QCursor::pos();
+    if (event.isSinglePointEvent()) {
+        const auto &single = static_cast<const QSinglePointEvent &>(event);
+        position = static_cast<const QSinglePointEvent &>(event).points().first().globalPosition();
+        m_buttons = single.buttons();
+    }
+    if (event.isInputEvent())
+        m_modifiers = static_cast<const QInputEvent &>(event).modifiers();
+    if (event.type() == QEvent::MouseButtonDblClick)
+        m_clickCount = 2;
+    else if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonRelease)
+        m_clickCount = 1;
+    m_screenLocation = screenPoint(position, window);
+}
+
+QPointF Event::locationInWindow() const
+{
+    return m_window ? m_screenLocation - screenFrame(*m_window).topLeft() : m_screenLocation;
+}
+
+} // namespace kx

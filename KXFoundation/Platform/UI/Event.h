@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/KXUIExport.h>
+
+#include <QtCore/QPointF>
+#include <QtCore/QPointer>
+#include <QtCore/Qt>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class QEvent;
+
+namespace kx {
+
+/// The kinds of events that windows and views tell apart. Each number is a bit of an EventMask.
+enum class EventType {
+    Other = 0,
+    LeftMouseDown = 1,
+    LeftMouseUp = 2,
+    RightMouseDown = 3,
+    RightMouseUp = 4,
+    MouseMoved = 5,
+    LeftMouseDragged = 6,
+    RightMouseDragged = 7,
+    MouseEntered = 8,
+    MouseExited = 9,
+    KeyDown = 10,
+    KeyUp = 11,
+    FlagsChanged = 12,
+    CursorUpdate = 17,
+    ScrollWheel = 22,
+    OtherMouseDown = 25,
+    OtherMouseUp = 26,
+    OtherMouseDragged = 27,
+};
+
+/// A set of kinds of events, one bit for each: the press-free kinds of a left drag are 0x44.
+using EventMask = quint64;
+
+[[nodiscard]] constexpr EventMask eventMask(EventType type)
+{
+    return EventMask(1) << static_cast<int>(type);
+}
+
+/// One event of the pointer or the keyboard, as a window and its views receive it. A value: it may be kept and copied.
+///
+/// Positions are logical pixels with y growing upwards. The point on the screen is what is kept; the location in the
+/// window is derived from the window's present frame whenever it is asked for, so that a handler that moves its window
+/// never reads a stale one. Main thread only.
+class KX_UI_EXPORT Event {
+public:
+    /// An event that no device sent, at a point of the screen. `window` may be null.
+    Event(EventType type, QWidget *window, const QPointF &screenLocation);
+    /// What Qt sent to the top-level widget `window`, or to a widget in it.
+    Event(const QEvent &event, QWidget *window);
+
+    [[nodiscard]] EventType type() const { return m_type; }
+    /// The top-level widget that the event belongs to; null without one, or when it is gone.
+    [[nodiscard]] QWidget *window() const { return m_window; }
+    /// From the bottom left of the primary screen.
+    [[nodiscard]] QPointF screenLocation() const { return m_screenLocation; }
+    /// From the bottom left of the window's frame as it is now; the point on the screen without a window.
+    [[nodiscard]] QPointF locationInWindow() const;
+    /// 1 for a press or release, 2 for those of a double click, 0 for what is no press or release.
+    [[nodiscard]] int clickCount() const { return m_clickCount; }
+    /// The buttons that are down after the event.
+    [[nodiscard]] Qt::MouseButtons buttons() const { return m_buttons; }
+    [[nodiscard]] Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
+    /// A copy of what Qt sent; null for an event that no device sent.
+    [[nodiscard]] const QEvent *qtEvent() const { return m_original.get(); }
+
+private:
+    EventType m_type;
+    QPointer<QWidget> m_window;
+    QPointF m_screenLocation;
+    int m_clickCount = 0;
+    Qt::MouseButtons m_buttons;
+    Qt::KeyboardModifiers m_modifiers;
+    std::shared_ptr<const QEvent> m_original;
+};
+
+} // namespace kx
