@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QList>
+
+#include <limits>
+
+/// Follows the played position through the highlighted clips of a playback bar and tells when the clip that is being
+/// played is about to end and has ended. Positions are in the units of the bar's values; clip bounds are read as 32-bit
+/// floats.
+class StarClips {
+public:
+    /// What a new position calls for; both may.
+    struct Notices {
+        bool willEnd = false;
+        bool didEnd = false;
+    };
+
+    /// Past the last clip's end, the current clip ends here.
+    static constexpr double never = std::numeric_limits<double>::max();
+
+    /// Star mode with these clips. The lists may differ in length.
+    void start(const QList<double> &starts, const QList<double> &ends, double playedValue);
+    /// Forgets the clips. Deliberate: the current index stays as it was.
+    void stop();
+
+    [[nodiscard]] bool isOn() const { return m_on; }
+    [[nodiscard]] const QList<double> &starts() const { return m_starts; }
+    [[nodiscard]] const QList<double> &ends() const { return m_ends; }
+    /// The clip that is being played, or the next one; -1 past the last, and before the first start().
+    [[nodiscard]] qint32 currentIndex() const { return m_currentIndex; }
+    [[nodiscard]] double lastEnd() const { return m_lastEnd; }
+    [[nodiscard]] double currentEnd() const { return m_currentEnd; }
+
+    /// Finds the current clip anew when the position has left it, and says what is due. The same notice is due again at
+    /// every position inside its window: `advance` + 1 before the end, and from 0.8 before to 1.2 after it.
+    Notices advanceTo(double playedValue, double advance);
+
+private:
+    void findCurrent(double playedValue);
+
+    QList<double> m_starts;
+    QList<double> m_ends;
+    qint32 m_currentIndex = -1;
+    double m_lastEnd = 0;
+    double m_currentEnd = 0;
+    bool m_on = false;
+};
