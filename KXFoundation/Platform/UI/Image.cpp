@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/Image.h>
+
+#include <KXFoundation/Platform/Core/Published.h>
+#include <KXFoundation/Platform/UI/ImageDrawing.h>
+
+#include <QtCore/QHash>
+#include <QtGui/QPainter>
+#include <QtGui/QPixmap>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kx {
+
+namespace {
+
+using NamedImages = QHash<QString, Image>;
+
+Published<NamedImages> &namedImages()
+{
+    static Published<NamedImages> images;
+    return images;
+}
+
+double pixelsPerPoint(const Bitmap &bitmap, const QSizeF &size)
+{
+    return bitmap.layout().pixelWidth / size.width();
+}
+
+// The coarsest representation that is fine enough, else the finest one.
+QImage bestPixels(const ImageContent &content, double scale)
+{
+    const Bitmap *best = nullptr;
+    for (const Bitmap &bitmap : content.representations) {
+        if (bitmap.toQImage().isNull())
+            continue;
+        const double own = pixelsPerPoint(bitmap, content.size);
+        const double bestOne = best ? pixelsPerPoint(*best, content.size) : 0;
+        if (!best || (bestOne < scale ? own > bestOne : own >= scale && own < bestOne))
+            best = &bitmap;
+    }
+    return best ? best->toQImage() : QImage();
+}
+
+void runHandler(const ImageContent &content, QPainter &painter, const QRectF &destination, const QRectF &source)
+{
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.setClipRect(destination, Qt::IntersectClip);
+    painter.translate(destination.topLeft());
+    painter.scale(destination.width() / source.width(), destination.height() / source.height());
+    painter.translate(-source.topLeft());
+    content.drawingHandler(painter, QRectF(QPointF(0, 0), content.size));
+    painter.restore();
+}
+
+// What the handler paints, on transparent ground.
+QImage paintedPixels(const ImageContent &content, double scale)
+{
+    QImage pixels = blankPixels(content.size, scale);
+    if (pixels.isNull())
+        return {};
+    QPainter painter(&pixels);
+    painter.scale(pixels.width() / content.size.width(), pixels.height() / content.size.height());
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const bool painted = content.drawingHandler(painter, QRectF(QPointF(0, 0), content.size));
+    painter.end();
+    return painted ? pixels : QImage();
+}
+
+} // namespace
+
+bool ImageContent::operator==(const ImageContent &other) const
+{
+    return !drawingHandler && !other.drawingHandler && size == other.size && flipped == other.flipped
+        && capInsets == other.capInsets && resizingMode == other.resizingMode
+        && std::equal(representations.begin(), representations.end(), other.representations.begin(),
+            other.representations.end(), [](const Bitmap &a, const Bitmap &b) { return a.sameValue(b); });
+}
+
+Image::Image(const QImage &image)
+    : Image(image.isNull() ? Image() : withRepresentations(image.deviceIndependentSize(), {Bitmap(image)}))
+{
+}
+
+Image::Image(const QPixmap &pixmap)
+    : Image(pixmap.toImage())
+{
+}
+
+Image Image::imageWithSize(const QSizeF &size, bool flipped, DrawingHandler drawingHandler)
+{
+    ImageContent content;
+    content.size = size;
+    content.flipped = flipped;
+    content.drawingHandler = std::move(drawingHandler);
+    return Image(std::move(content));
+}
+
+Image Image::withRepresentations(const QSizeF &size, const QList<Bitmap> &representations)
+{
+    ImageContent content;
+    content.size = size;
+    for (const Bitmap &bitmap : representations) {
+        if (bitmap)
+            content.representations.append(bitmap);
+    }
+    return Image(std::move(content));
+}
+
+Image Image::named(const QString &name)
+{
+    const auto images = namedImages().load();
+    return images ? images->value(name) : Image();
+}
+
+void Image::setNamed(const QString &name, const Image &image)
+{
+    namedImages().update([&](const Published<NamedImages>::Pointer &present) {
+        auto images = present ? std::make_shared<NamedImages>(*present) : std::make_shared<NamedImages>();
+        if (image)
+            images->insert(name, image);
+        else
+            images->remove(name);
+        return images;
+    });
+}
+
+QSizeF Image::size() const
+{
+    return *this ? (*this)->size : QSizeF(0, 0);
+}
+
+double Image::pixelScale() const
+{
+    double scale = 0;
+    for (const Bitmap &bitmap : representations())
+        scale = std::max(scale, pixelsPerPoint(bitmap, size()));
+    return scale;
+}
+
+QList<Bitmap> Image::representations() const
+{
+    return *this ? (*this)->representations : QList<Bitmap>();
+}
+
+bool Image::hasDrawingHandler() const
+{
+    return *this && (*this)->drawingHandler;
+}
+
+bool Image::isFlipped() const
+{
+    return *this && (*this)->flipped;
+}
+
+QMarginsF Image::capInsets() const
+{
+    return *this ? (*this)->capInsets : QMarginsF();
+}
+
+ResizingMode Image::resizingMode() const
+{
+    return *this ? (*this)->resizingMode : ResizingMode::Stretch;
+}
+
+Image Image::withCapInsets(const QMarginsF &capInsets, ResizingMode resizingMode) const
+{
+    if (!*this)
+        return {};
+    ImageContent content = **this;
+    content.capInsets = capInsets;
+    content.resizingMode = resizingMode;
+    return Image(std::move(content));
+}
+
+void Image::draw(QPainter &painter, const QRectF &destination, const QRectF &source, CompositingOperation operation,
+    double fraction) const
+{
+    const QRectF whole(QPointF(0, 0), size());
+    const QRectF part = source == QRectF() ? whole : source;
+    if (!isDrawable(whole) || !isDrawable(destination) || !isDrawable(part) || !(fraction > 0))
+        return;
+
+    const ImageContent &content = **this;
+    const QSizeF zoom = deviceScale(painter);
+    const QMarginsF &caps = content.capInsets;
+    const bool keepsCaps = !caps.isNull() && source == QRectF() && destination.size() != content.size;
+    if (keepsCaps) {
+        const double scale = std::max(zoom.width(), zoom.height());
+        const QImage pixels = content.drawingHandler ? paintedPixels(content, scale) : bestPixels(content, scale);
+        drawBetweenCaps(painter, pixels, content, destination, {operation, fraction});
+        return;
+    }
+    if (content.drawingHandler && operation == CompositingOperation::SourceOver && fraction >= 1) {
+        runHandler(content, painter, destination, part);
+        return;
+    }
+    const double scale = std::max(
+        zoom.width() * destination.width() / part.width(), zoom.height() * destination.height() / part.height());
+    const QImage pixels = content.drawingHandler ? paintedPixels(content, scale) : bestPixels(content, scale);
+    const double across = pixels.width() / content.size.width();
+    const double down = pixels.height() / content.size.height();
+    drawPixels(painter, pixels, destination,
+        {part.x() * across, part.y() * down, part.width() * across, part.height() * down}, {operation, fraction});
+}
+
+QImage Image::toQImage(double scale) const
+{
+    QImage pixels = blankPixels(size(), scale);
+    if (pixels.isNull())
+        return {};
+    if (hasDrawingHandler()) {
+        pixels = paintedPixels(**this, scale);
+    } else {
+        const QImage best = bestPixels(**this, scale);
+        if (best.isNull())
+            return {};
+        if (best.size() == pixels.size()) {
+            pixels = best;
+        } else {
+            QPainter painter(&pixels);
+            drawPixels(painter, best, pixels.rect(), best.rect(), {CompositingOperation::Copy, 1});
+        }
+    }
+    pixels.setDevicePixelRatio(scale);
+    return pixels;
+}
+
+} // namespace kx
