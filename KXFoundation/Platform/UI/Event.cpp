@@ -5,7 +5,6 @@
 
 #include <QtGui/QCursor>
 #include <QtGui/QMouseEvent>
-#include <QtGui/QWheelEvent>
 
 namespace kx {
 
@@ -33,6 +32,19 @@ EventType moved(Qt::MouseButtons buttons)
                                     : EventType::MouseMoved;
 }
 
+bool isModifier(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Meta:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_CapsLock: return true;
+    default: return false;
+    }
+}
+
 EventType typeOf(const QEvent &event)
 {
     switch (event.type()) {
@@ -43,10 +55,21 @@ EventType typeOf(const QEvent &event)
     case QEvent::Wheel: return EventType::ScrollWheel;
     case QEvent::Enter: return EventType::MouseEntered;
     case QEvent::Leave: return EventType::MouseExited;
-    case QEvent::KeyPress: return EventType::KeyDown;
-    case QEvent::KeyRelease: return EventType::KeyUp;
+    case QEvent::KeyPress:
+        return isModifier(static_cast<const QKeyEvent &>(event).key()) ? EventType::FlagsChanged : EventType::KeyDown;
+    case QEvent::KeyRelease:
+        return isModifier(static_cast<const QKeyEvent &>(event).key()) ? EventType::FlagsChanged : EventType::KeyUp;
     default: return EventType::Other;
     }
+}
+
+// QApplication rounds the positions of the mouse events that it hands to widgets, except the one in the window.
+QPointF exactGlobalPosition(const QSinglePointEvent &event)
+{
+    const QPointF global = event.globalPosition();
+    if (global != global.toPoint())
+        return global;
+    return global + event.scenePosition() - event.scenePosition().toPoint();
 }
 
 } // namespace
@@ -66,7 +89,7 @@ Event::Event(const QEvent &event, QWidget *window)
     QPointF position = QCursor::pos();
     if (event.isSinglePointEvent()) {
         const auto &single = static_cast<const QSinglePointEvent &>(event);
-        position = static_cast<const QSinglePointEvent &>(event).points().first().globalPosition();
+        position = exactGlobalPosition(single);
         m_buttons = single.buttons();
     }
     if (event.isInputEvent())

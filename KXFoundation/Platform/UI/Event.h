@@ -36,7 +36,7 @@ enum class EventType {
     OtherMouseDragged = 27,
 };
 
-/// A set of kinds of events, one bit for each: the press-free kinds of a left drag are 0x44.
+/// A set of kinds of events, one bit for each: a left drag and its end are 0x44.
 using EventMask = quint64;
 
 [[nodiscard]] constexpr EventMask eventMask(EventType type)
@@ -53,7 +53,8 @@ class KX_UI_EXPORT Event {
 public:
     /// An event that no device sent, at a point of the screen. `window` may be null.
     Event(EventType type, QWidget *window, const QPointF &screenLocation);
-    /// What Qt sent to the top-level widget `window`, or to a widget in it.
+    /// What Qt sent to the top-level widget `window`, or to a widget in it. An event without a position of its own,
+    /// such as one of a key, gets the pointer's. `window` may be null.
     Event(const QEvent &event, QWidget *window);
 
     [[nodiscard]] EventType type() const { return m_type; }
@@ -63,9 +64,9 @@ public:
     [[nodiscard]] QPointF screenLocation() const { return m_screenLocation; }
     /// From the bottom left of the window's frame as it is now; the point on the screen without a window.
     [[nodiscard]] QPointF locationInWindow() const;
-    /// 1 for a press or release, 2 for those of a double click, 0 for what is no press or release.
+    /// 1 for a press or release, 2 for the second press of a double click, 0 for what is no press or release.
     [[nodiscard]] int clickCount() const { return m_clickCount; }
-    /// The buttons that are down after the event.
+    /// The buttons that are down after the event; none where Qt does not say, as with keys.
     [[nodiscard]] Qt::MouseButtons buttons() const { return m_buttons; }
     [[nodiscard]] Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
     /// A copy of what Qt sent; null for an event that no device sent.
