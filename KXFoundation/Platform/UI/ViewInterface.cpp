@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
+#include <KXFoundation/Platform/UI/ViewController.h>
 
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
@@ -41,7 +42,11 @@ ViewInterface::ViewInterface(QWidget &widget)
     m_settledSize = widget.size();
 }
 
-ViewInterface::~ViewInterface() = default;
+ViewInterface::~ViewInterface()
+{
+    if (m_controller)
+        m_controller->setView(nullptr);
+}
 
 ViewInterface *ViewInterface::of(QWidget *widget)
 {
@@ -104,6 +109,22 @@ void ViewInterface::removeFromSuperview()
     const QRectF old = frame();
     m_widget->setParent(nullptr);
     setFrame(old);
+}
+
+Responder *ViewInterface::nextResponder() const
+{
+    return m_controller ? m_controller : responderAbove();
+}
+
+// Plain widgets are no responders; the chain passes them by.
+Responder *ViewInterface::responderAbove() const
+{
+    for (const QWidget *widget = m_widget; !widget->isWindow() && widget->parentWidget();) {
+        widget = widget->parentWidget();
+        if (auto *above = dynamic_cast<const Responder *>(widget))
+            return const_cast<Responder *>(above);
+    }
+    return nullptr;
 }
 
 bool ViewInterface::isExplicitlyHidden() const

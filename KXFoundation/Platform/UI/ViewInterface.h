@@ -17,6 +17,7 @@ class QWidget;
 namespace kx {
 
 class Event;
+class ViewController;
 
 /// What a view adds to the widget that it is: coordinates with y growing upwards, subviews, hit testing, events of the
 /// pointer and the keyboard, tracking areas and drawing.
@@ -54,6 +55,10 @@ public:
     /// Takes the view off its parent, with the frame that it has; the caller becomes its owner. Does nothing without a
     /// parent.
     void removeFromSuperview();
+
+    /// The view's controller if it has one, else what is next above the view: the nearest view or window among the
+    /// widgets that it is in, or null.
+    [[nodiscard]] Responder *nextResponder() const override;
 
     /// Whether the view was hidden on purpose. Qt's isHidden() is also true for a view that nobody has shown yet.
     [[nodiscard]] bool isExplicitlyHidden() const;
@@ -136,10 +141,14 @@ protected:
     void viewEvent(const QEvent &event);
 
 private:
+    friend class ViewController;
+
+    [[nodiscard]] Responder *responderAbove() const;
     void settleSubviews();
     void handToBase(Event *event);
 
     QWidget *const m_widget;
+    ViewController *m_controller = nullptr; // set and cleared by the controller
     QList<TrackingAreaRef> m_trackingAreas;
     QEvent *m_live = nullptr; // the event that is being routed
     AutoresizingMask m_autoresizingMask = Autoresizing::None;
