@@ -2,7 +2,6 @@
 #include <KXFoundation/Platform/UI/View.h>
 
 #include <QtGui/QPaintEvent>
-#include <QtGui/QPainter>
 
 namespace kx {
 
@@ -15,8 +14,7 @@ View::~View() = default;
 
 void View::paintEvent(QPaintEvent *event)
 {
-    QPainter painter(this);
-    drawRect(painter, widgetRect(event->rect()));
+    paint(*event);
 }
 
 } // namespace kx

@@ -3,6 +3,7 @@
 
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 #include <KXFoundation/Platform/UI/ViewController.h>
 
@@ -264,18 +265,6 @@ void ViewInterface::removeTrackingArea(const TrackingAreaRef &area)
 }
 
 void ViewInterface::updateTrackingAreas() { }
-
-void ViewInterface::drawRect(QPainter &, const QRectF &) { }
-
-void ViewInterface::setNeedsDisplay()
-{
-    m_widget->update();
-}
-
-void ViewInterface::setNeedsDisplayInRect(const QRectF &rect)
-{
-    m_widget->update(widgetRect(rect).toAlignedRect());
-}
 
 bool ViewInterface::routeEvent(QEvent &event)
 {

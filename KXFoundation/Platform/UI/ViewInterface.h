@@ -10,7 +10,10 @@
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
 
+#include <memory>
+
 class QEvent;
+class QPaintEvent;
 class QPainter;
 class QWidget;
 
@@ -18,6 +21,7 @@ namespace kx {
 
 class Event;
 class ViewController;
+class Layer;
 
 /// What a view adds to the widget that it is: coordinates with y growing upwards, subviews, hit testing, events of the
 /// pointer and the keyboard, tracking areas and drawing.
@@ -130,6 +134,21 @@ public:
     void setNeedsDisplay();
     void setNeedsDisplayInRect(const QRectF &rect);
 
+    /// What is painted behind and around the drawing. Made on first use, owned by the view, never null.
+    [[nodiscard]] Layer *layer();
+    /// Stored only: a view has its layer whenever it is asked for.
+    [[nodiscard]] bool wantsLayer() const { return m_wantsLayer; }
+    void setWantsLayer(bool wants) { m_wantsLayer = wants; }
+    /// Whether updateLayer() is called before each painting. False unless overridden.
+    [[nodiscard]] virtual bool wantsUpdateLayer() const;
+    virtual void updateLayer();
+
+    /// The opacity of the whole view, 1 at first: its layer and drawing are composed first and blended then. Subviews
+    /// blend by the product of their own value and those above them. Stored as given; values outside of 0 to 1 paint as
+    /// the nearest, what is no number as 1. A view at 0 still takes clicks.
+    [[nodiscard]] double alphaValue() const { return m_alphaValue; }
+    void setAlphaValue(double alpha);
+
 protected:
     explicit ViewInterface(QWidget &widget);
 
@@ -137,6 +156,8 @@ protected:
     [[nodiscard]] bool routeEvent(QEvent &event);
     /// What the widget class beneath does with an event.
     virtual bool baseEvent(QEvent &event) = 0;
+    /// Paints the view, within a paint event of its widget.
+    void paint(const QPaintEvent &event);
     /// To be called after the base class has handled an event.
     void viewEvent(const QEvent &event);
 
@@ -146,11 +167,16 @@ private:
     [[nodiscard]] Responder *responderAbove() const;
     void settleSubviews();
     void handToBase(Event *event);
+    void compose(QPainter &painter, const QRect &area);
+    [[nodiscard]] double alphaOnScreen() const;
 
     QWidget *const m_widget;
     ViewController *m_controller = nullptr; // set and cleared by the controller
     QList<TrackingAreaRef> m_trackingAreas;
     QEvent *m_live = nullptr; // the event that is being routed
+    std::unique_ptr<Layer> m_layer;
+    double m_alphaValue = 1;
+    bool m_wantsLayer = false;
     AutoresizingMask m_autoresizingMask = Autoresizing::None;
     QSizeF m_settledSize; // the size that the subviews are placed for
 };
