@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/TextAttachment.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kx {
+
+namespace {
+
+// Longer than any screen, and within what Qt lays out.
+constexpr double longest = 100000;
+
+double coordinate(double value)
+{
+    return std::isfinite(value) ? std::clamp(value, -longest, longest) : 0;
+}
+
+double length(double value)
+{
+    return std::max(coordinate(value), 0.0);
+}
+
+} // namespace
+
+TextAttachment::TextAttachment(const Image &image)
+    : m_image(image)
+{
+}
+
+void TextAttachment::wrapImage()
+{
+    if (m_image != m_wrapper || !m_wrapper)
+        m_wrapped = m_image;
+    m_wrapper = Image::imageWithSize(m_image.size(), true, [source = m_wrapped](QPainter &painter, const QRectF &rect) {
+        source.draw(painter, rect, QRectF(), CompositingOperation::SourceOver, 1);
+        return true;
+    });
+    m_image = m_wrapper;
+}
+
+QRectF TextAttachment::place() const
+{
+    const QRectF place = m_bounds.isNull() ? QRectF(QPointF(0, 0), m_image.size()) : m_bounds;
+    return {coordinate(place.x()), coordinate(place.y()), length(place.width()), length(place.height())};
+}
+
+} // namespace kx
