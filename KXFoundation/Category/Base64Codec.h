@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <string_view>
 
 namespace kx::base64 {
@@ -23,10 +24,13 @@ inline constexpr std::array<unsigned char, 256> values = [] {
     return table;
 }();
 
-/// Characters to allocate for the text of `length` bytes, with its NUL and two for each full line.
+/// Characters to allocate for the text of `length` bytes, with its NUL and two for each full line. The largest number
+/// for lengths that no memory holds, so that no sum wraps round to a small one.
 constexpr std::size_t encodedCapacity(std::size_t length, bool breakLines)
 {
     const std::size_t groups = length / 3 + (length % 3 != 0 ? 1 : 0);
+    if (groups > std::numeric_limits<std::size_t>::max() / 5)
+        return std::numeric_limits<std::size_t>::max();
     return groups * 4 + 1 + (breakLines ? groups / 16 * 2 : 0);
 }
 

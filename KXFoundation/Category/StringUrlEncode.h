@@ -10,7 +10,8 @@
 
 namespace kx {
 
-/// MD5 (RFC 1321) of the text's UTF-8 form up to its first NUL, as 32 lower-case hex digits.
+/// MD5 (RFC 1321) of the text's UTF-8 form up to its first NUL, as 32 lower-case hex digits. A surrogate without its
+/// partner counts as "?".
 [[nodiscard]] KX_CORE_EXPORT QString md5Hash(const QString &text);
 
 /// Replaces the 29 reserved characters ? ! @ # $ ^ & % * + , : ; = ' " ` < > ( ) [ ] { } / \ | and space by "%XX" in

@@ -9,6 +9,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -106,6 +107,12 @@ private Q_SLOTS:
         QCOMPARE(encodedCapacity(48, true), std::size_t(67));
         QCOMPARE(encodedCapacity(48, false), std::size_t(65));
         QCOMPARE(encodedCapacity(96, true), std::size_t(133));
+        constexpr auto most = std::numeric_limits<std::size_t>::max();
+        for (const std::size_t length : {most, most - 1, most / 4 * 3, most / 4 * 3 + 1, most / 4 * 3 - 3}) {
+            QVERIFY(encodedCapacity(length, false) >= most / 2);
+            QVERIFY(encodedCapacity(length, true) >= most / 2);
+            QVERIFY(decodedCapacity(length) >= most / 2);
+        }
         QCOMPARE(decodedCapacity(0), std::size_t(0));
         QCOMPARE(decodedCapacity(1), std::size_t(3));
         QCOMPARE(decodedCapacity(4), std::size_t(3));

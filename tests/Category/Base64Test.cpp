@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -122,6 +123,33 @@ private Q_SLOTS:
         QCOMPARE(QByteArray(text.get()), QByteArray("QUJD"));
         const std::unique_ptr<void, Free> bytes(NewBase64Decode("QUJD", 4, nullptr));
         QVERIFY(std::memcmp(bytes.get(), "ABC", 3) == 0);
+    }
+
+    // Lengths for which there is no room. The input is not looked at.
+    void givesNullWhenMemoryIsExhausted_data()
+    {
+        QTest::addColumn<std::size_t>("length");
+        constexpr auto most = std::numeric_limits<std::size_t>::max();
+        QTest::newRow("half of all") << most / 2;
+        QTest::newRow("all but one") << most - 1;
+        QTest::newRow("text beyond all by one group") << most / 4 * 3 + 1;
+        QTest::newRow("text beyond all by line ends") << most / 4 * 3 - 3;
+    }
+    void givesNullWhenMemoryIsExhausted()
+    {
+        QFETCH(const std::size_t, length);
+        for (const bool breakLines : {false, true}) {
+            std::size_t textLength = 1;
+            const std::unique_ptr<char, Free> text(NewBase64Encode("A", length, breakLines, &textLength));
+            QVERIFY(!text);
+            QCOMPARE(textLength, std::size_t(0));
+        }
+        std::size_t bytesLength = 1;
+        const std::unique_ptr<void, Free> bytes(NewBase64Decode("QUJD", length, &bytesLength));
+        QVERIFY(!bytes);
+        QCOMPARE(bytesLength, std::size_t(0));
+        QVERIFY(!NewBase64Encode("A", length, true, nullptr));
+        QVERIFY(!NewBase64Decode("QUJD", length, nullptr));
     }
 
     void nothingMayBeNull()
