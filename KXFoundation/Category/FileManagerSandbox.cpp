@@ -6,19 +6,9 @@
 #include <cerrno>
 #include <system_error>
 
-namespace {
-
-// What the system would cut off or refuse, before anything is removed for it.
-bool isUsable(const QString &path)
-{
-    return !path.isEmpty() && !path.contains(QChar(0));
-}
-
-} // namespace
-
 std::optional<KXError> kx_mkdirP(const QString &directoryPath)
 {
-    if (!isUsable(directoryPath))
+    if (!kx::canNameAFile(directoryPath))
         return KXError::fromErrno(EINVAL);
     const QString path = kx::withoutTrailingSlashes(directoryPath);
     if (kx::isDirectory(path))
@@ -32,7 +22,7 @@ std::optional<KXError> kx_mkdirP(const QString &directoryPath)
 
 std::optional<KXError> kx_rm_mkdirP(const QString &directoryPath)
 {
-    if (!isUsable(directoryPath))
+    if (!kx::canNameAFile(directoryPath))
         return KXError::fromErrno(EINVAL);
     kx::removeTree(directoryPath);
     return kx_mkdirP(directoryPath);

@@ -38,8 +38,6 @@ namespace KXUtil {
 
 /// "3" for a processor that calls itself one of Intel's, "4" for all others.
 [[nodiscard]] KX_CORE_EXPORT QString macCpuInfo();
-/// The same for a given brand text.
-[[nodiscard]] KX_CORE_EXPORT QString macCpuInfo(QStringView brandText);
 
 // The network.
 
@@ -63,12 +61,15 @@ KX_CORE_EXPORT void setNetworkInterface(const QString &name);
 // Files.
 
 /// How long a local media file plays, in whole seconds, rounded up after a conversion to single precision. 0 for what
-/// is not a file, cannot be read as media or does not tell; also where libavformat is not installed, which is loaded at
-/// the first call. That library writes its complaints about broken files to standard error.
+/// is not a file, cannot be read as media or does not tell, and for all other addresses than "file:", which are never
+/// followed; also where libavformat is not installed, which is loaded at the first call. That library writes its
+/// complaints about broken files to standard error. Waits for the disk: mostly for milliseconds, at the worst for ten
+/// seconds, after which the answer is 0.
 [[nodiscard]] KX_CORE_EXPORT qint64 getVideoDuration(const QUrl &url);
 
 /// MD5 of the file's content (RFC 1321) as 32 lower-case hex digits; null when it cannot be opened. A read error ends
-/// the content there. Rests for 100 ms after each 2 MiB, to leave the disk to others: a gigabyte takes a minute.
+/// the content there. Reads to the end, also of what grows meanwhile; a pipe is waited for. Rests for 100 ms after each
+/// 2 MiB, to leave the disk to others: a gigabyte takes a minute.
 [[nodiscard]] KX_CORE_EXPORT QString getFileMD5StrFromPath(const QString &path);
 /// The same, resting by calling `rest`; not at all if that is empty.
 [[nodiscard]] KX_CORE_EXPORT QString getFileMD5StrFromPath(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Util/KXUtil.h>
 
+#include <KXFoundation/Platform/Core/FileTree.h>
 #include <KXFoundation/Platform/Core/MediaDuration.h>
 
 #include <QtCore/QCryptographicHash>
@@ -15,7 +16,7 @@ qint64 KXUtil::getVideoDuration(const QUrl &url)
 {
     // Files alone: a pipe would be waited for without end.
     const QString path = url.toLocalFile();
-    if (!QFileInfo(path).isFile())
+    if (!kx::canNameAFile(path) || !QFileInfo(path).isFile())
         return 0;
     const auto seconds = float(kx::mediaDurationInSeconds(path).value_or(0));
     return qint64(std::ceil(seconds));
@@ -30,7 +31,7 @@ QString KXUtil::getFileMD5StrFromPath(const QString &path, const std::function<v
 {
     constexpr int readsBeforeRest = 2048;
     QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (!kx::canNameAFile(path) || !file.open(QIODevice::ReadOnly))
         return {};
     QCryptographicHash digest(QCryptographicHash::Md5);
     std::array<char, 1024> buffer;

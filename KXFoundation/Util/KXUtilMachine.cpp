@@ -2,6 +2,7 @@
 #include <KXFoundation/Util/KXUtil.h>
 
 #include <KXFoundation/Platform/Core/MachineIdentity.h>
+#include <KXFoundation/Util/ProcessorKind.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSettings>
@@ -61,8 +62,9 @@ QString KXUtil::machineCode()
     if (!cache.code) {
         const QString key = QStringLiteral("__mcode__");
         const auto settings = userSettings();
-        if (settings->contains(key)) {
-            cache.code = settings->value(key).toString();
+        const QVariant kept = settings->value(key);
+        if (kept.typeId() == QMetaType::QString) {
+            cache.code = kept.toString();
         } else {
             cache.code = machineCodeWithSalt();
             settings->setValue(key, *cache.code);
@@ -73,10 +75,5 @@ QString KXUtil::machineCode()
 
 QString KXUtil::macCpuInfo()
 {
-    return macCpuInfo(kx::processorBrand());
-}
-
-QString KXUtil::macCpuInfo(QStringView brandText)
-{
-    return brandText.contains(u"Intel") ? QStringLiteral("3") : QStringLiteral("4");
+    return kx::processorKind(kx::processorBrand());
 }

@@ -7,6 +7,10 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <random>
 
@@ -73,10 +77,8 @@ private Q_SLOTS:
             QCOMPARE(time, 100ms);
         });
         QCOMPARE(counted, rests);
-        const QString expected =
-            QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
-        QCOMPARE(digest, expected);
-        QCOMPARE(KXUtil::getFileMD5StrFromPath(path(), {}), expected);
+        QCOMPARE(digest, digestOf(content));
+        QCOMPARE(KXUtil::getFileMD5StrFromPath(path(), {}), digestOf(content));
     }
 
     // A sleep is never shorter than asked for, so the clock may decide here.
@@ -94,12 +96,73 @@ private Q_SLOTS:
         QVERIFY(KXUtil::getFileMD5StrFromPath(m_directory->path()).isNull());
         QVERIFY(KXUtil::getFileMD5StrFromPath(QString()).isNull());
         QVERIFY(!QFile::exists(path()));
+        put("abc");
+        QVERIFY(KXUtil::getFileMD5StrFromPath(QString(path() + QChar(0) + u"x")).isNull());
+        QVERIFY(KXUtil::getFileMD5StrFromPath(QString(path() + u'/')).isNull());
+    }
+
+    void hasNoneForAFileThatMayNotBeRead()
+    {
+        put("abc");
+        QVERIFY(QFile::setPermissions(path(), QFile::Permissions()));
+        const bool isRoot = ::geteuid() == 0; // who may read everything
+        QVERIFY(!isRoot
+            || (::chmod(QFile::encodeName(m_directory->path()).constData(), 0755) == 0 && ::seteuid(65534) == 0));
+        const QString digest = KXUtil::getFileMD5StrFromPath(path());
+        QVERIFY(!isRoot || ::seteuid(0) == 0);
+        QVERIFY(digest.isNull());
+    }
+
+    void digestsWhatIsAddedMeanwhile()
+    {
+        const QByteArray content = randomData(2048 * 1024);
+        put(content);
+        const QByteArray addition("and more");
+        const QString digest = KXUtil::getFileMD5StrFromPath(path(), [&](std::chrono::milliseconds) {
+            QFile file(path());
+            QVERIFY(file.open(QIODevice::Append) && file.write(addition) == addition.size());
+        });
+        QCOMPARE(digest, digestOf(content + addition));
+    }
+
+    void endsWhereTheFileIsCutMeanwhile()
+    {
+        const QByteArray content = randomData(2 * 2048 * 1024);
+        put(content);
+        const QString digest = KXUtil::getFileMD5StrFromPath(
+            path(), [&](std::chrono::milliseconds) { QVERIFY(QFile::resize(path(), 2048 * 1024)); });
+        QCOMPARE(digest, digestOf(content.first(2048 * 1024)));
+    }
+
+    // More than a 32-bit number counts; nearly all of it is a hole.
+    void digestsAHugeFileInLittleMemory()
+    {
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.seek(2147483653) && file.write("end") == 3);
+        file.close();
+        const long before = peakMemoryInKilobytes();
+        int rests = 0;
+        const QString digest = KXUtil::getFileMD5StrFromPath(path(), [&](std::chrono::milliseconds) { ++rests; });
+        QCOMPARE(digest, QStringLiteral("f9fcb3c28cfcfa1786dc149a5a21cd6a")); // by md5sum
+        QCOMPARE(rests, 1024);
+        QVERIFY(peakMemoryInKilobytes() - before < 16 * 1024);
     }
 
     // The first page of a process is never there.
     void endsAtAReadError() { QCOMPARE(KXUtil::getFileMD5StrFromPath(QStringLiteral("/proc/self/mem")), ofNothing); }
 
 private:
+    static QString digestOf(const QByteArray &data)
+    {
+        return QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Md5).toHex());
+    }
+
+    static long peakMemoryInKilobytes()
+    {
+        rusage usage{};
+        return ::getrusage(RUSAGE_SELF, &usage) == 0 ? usage.ru_maxrss : -1;
+    }
+
     static QByteArray randomData(int size)
     {
         std::mt19937 random(5);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Util/KXUtil.h>
+#include <KXFoundation/Util/ProcessorKind.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -78,6 +79,25 @@ private Q_SLOTS:
         QCOMPARE(settingsOf(u"KXFoundation/util_child.ini").value(QStringLiteral("__mcode__")).toString(), kept);
     }
 
+    // Not a text, as somebody's change by hand may leave it.
+    void makesACodeAnewInPlaceOfWhatIsNone_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("a list") << QByteArray("__mcode__=a, b");
+        QTest::newRow("an invalid value") << QByteArray("__mcode__=@Invalid()");
+    }
+    void makesACodeAnewInPlaceOfWhatIsNone()
+    {
+        QFETCH(const QByteArray, line);
+        QVERIFY(QDir(m_home->path()).mkdir(QStringLiteral("KXFoundation")));
+        QFile file(m_home->filePath(QStringLiteral("KXFoundation/util_child.ini")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[General]\n" + line + '\n') > 0);
+        file.close();
+        const QString code = codeOf({}, QStringLiteral("lo"));
+        QCOMPARE(code, KXUtil::machineCodeWithSalt());
+        QCOMPARE(codeOf({}, QStringLiteral("kx-missing0")), code);
+    }
+
     void givesTheCodeThatItCannotKeep()
     {
         QFile(m_home->filePath(QStringLiteral("KXFoundation"))).open(QIODevice::WriteOnly); // in the directory's place
@@ -106,7 +126,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, brand);
         QFETCH(const QString, platform);
-        QCOMPARE(KXUtil::macCpuInfo(brand), platform);
+        QCOMPARE(kx::processorKind(brand), platform);
     }
 
     void tellsThePlatformOfThisProcessor()

@@ -142,19 +142,49 @@ private Q_SLOTS:
         write(QStringLiteral("noise.mp4"), QByteArray(100000, '\x55'));
         const QByteArray clip = content(QStringLiteral("clip.mp4"));
         write(QStringLiteral("cut.mp4"), clip.first(clip.size() / 2)); // the header stands at the end
-        for (const char *name : {"empty.mp4", "text.txt", "noise.mp4", "cut.mp4"})
+        write(QStringLiteral("titles.srt"), "1\n00:00:01,000 --> 00:00:12,000\nWords.\n\n");
+        write(QStringLiteral("samples.al"), QByteArray(100000, '\x55')); // bare samples, by its name alone
+        write(QStringLiteral("chapters.txt"), ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1\nSTART=0\nEND=12\n");
+        for (const char *name :
+            {"empty.mp4", "text.txt", "noise.mp4", "cut.mp4", "titles.srt", "samples.al", "chapters.txt"})
             QCOMPARE(duration(QString::fromLatin1(name)), 0);
     }
 
     void gives0ForWhatIsNotAFile()
     {
         QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(m_directory.path())), 0);
-        QCOMPARE(KXUtil::getVideoDuration(QUrl()), 0);
         QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(path(QStringLiteral("missing.mp4")))), 0);
-        QCOMPARE(KXUtil::getVideoDuration(QUrl(QString(u"http://localhost" + path(QStringLiteral("clip.mp4"))))), 0);
+        const QString clip = path(QStringLiteral("clip.mp4"));
+        QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(QString(clip + u'/'))), 0);
+        QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(QString(clip + QChar(0) + u'x'))), 0);
         const QString pipe = path(QStringLiteral("pipe.mp4"));
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
         QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(pipe)), 0); // and does not wait for a writer
+    }
+
+    // Also where a file is at the address's path.
+    void gives0ForOtherAddressesThanFiles_data()
+    {
+        QTest::addColumn<QString>("scheme");
+        for (const char *scheme : {"", "http:", "http://localhost", "https://localhost", "ftp://localhost",
+                 "qrc:", "concat:", "pipe:", "data:"})
+            QTest::addRow("'%s'", scheme) << QString::fromLatin1(scheme);
+    }
+    void gives0ForOtherAddressesThanFiles()
+    {
+        QFETCH(const QString, scheme);
+        const QUrl url(QString(scheme + path(QStringLiteral("clip.mp4"))));
+        QVERIFY(url.isValid());
+        QCOMPARE(KXUtil::getVideoDuration(url), 0);
+        QCOMPARE(KXUtil::getVideoDuration(QUrl()), 0);
+    }
+
+    void takesNothingButThePathOfAFilesAddress()
+    {
+        QUrl url = QUrl::fromLocalFile(path(QStringLiteral("clip.mp4")));
+        url.setQuery(QStringLiteral("start=5"));
+        url.setFragment(QStringLiteral("t=5"));
+        QCOMPARE(KXUtil::getVideoDuration(url), 11);
     }
 
     void takesAnyName_data()
@@ -176,9 +206,26 @@ private Q_SLOTS:
         QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(link)), 11);
     }
 
-    // A playlist is a text that names other files: those of this machine at most.
-    void readsNothingFromTheNetwork()
+    // Such texts name files and streams to play. Only the file that was asked for is opened: others may be pipes that
+    // are waited for without end, or lie beyond the network.
+    void opensNothingThatAFileNames_data()
     {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("text"); // "%" for the other file
+        const QByteArray heading("#EXTM3U\n#EXT-X-TARGETDURATION:9999\n#EXTINF:10.2,\n%\n");
+        QTest::newRow("playlist") << QStringLiteral("list.m3u8") << QByteArray(heading + "#EXT-X-ENDLIST\n");
+        QTest::newRow("playlist that goes on") << QStringLiteral("live.m3u8") << heading;
+        QTest::newRow("list of parts") << QStringLiteral("parts.ffconcat")
+                                       << QByteArray("ffconcat version 1.0\nfile '%'\n");
+        QTest::newRow("session description")
+            << QStringLiteral("session.sdp")
+            << QByteArray("v=0\no=- 0 0 IN IP4 127.0.0.1\ns=%\nc=IN IP4 127.0.0.1\nt=0 0\nm=video 50000 RTP/AVP 96\n"
+                          "a=rtpmap:96 H264/90000\n");
+    }
+    void opensNothingThatAFileNames()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, text);
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost));
         int connections = 0;
@@ -186,14 +233,19 @@ private Q_SLOTS:
             ++connections;
             server.nextPendingConnection()->abort();
         });
-        const QByteArray clip =
-            QByteArray("http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/clip.ts\n");
-        write(QStringLiteral("far.m3u8"),
-            QByteArray("#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXTINF:10.2,\n" + clip + "#EXT-X-ENDLIST\n"));
-        QProcess process;
-        ask(process, QStringLiteral("far.m3u8"));
-        QTRY_COMPARE(process.state(), QProcess::NotRunning);
-        QCOMPARE(process.exitCode(), 0);
+        const QString pipe = path(QStringLiteral("waiting.ts"));
+        QFile::remove(pipe);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        for (const QByteArray &other : {QFile::encodeName(path(QStringLiteral("clip.mp4"))), QFile::encodeName(pipe),
+                 QByteArray("waiting.ts"), QByteArray("missing.ts"),
+                 QByteArray("http://127.0.0.1:" + QByteArray::number(server.serverPort()) + "/clip.ts")}) {
+            write(name, QByteArray(text).replace('%', other));
+            QProcess process;
+            ask(process, name);
+            QTRY_COMPARE(process.state(), QProcess::NotRunning);
+            QCOMPARE(process.readAllStandardOutput(), QByteArray("0"));
+            QCOMPARE(process.exitCode(), 0);
+        }
         QCoreApplication::processEvents();
         QCOMPARE(connections, 0);
     }

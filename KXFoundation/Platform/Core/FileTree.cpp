@@ -27,6 +27,11 @@ std::optional<struct stat> ownStatus(const QString &path)
 
 } // namespace
 
+bool canNameAFile(const QString &path)
+{
+    return !path.isEmpty() && !path.contains(QChar(0));
+}
+
 QString childPath(const QString &directory, QStringView name)
 {
     QString path = directory;
@@ -86,7 +91,7 @@ std::error_code makeDirectories(const QString &path)
 
 void removeTree(const QString &path)
 {
-    if (path.contains(QChar(0)))
+    if (!canNameAFile(path))
         return;
     std::error_code ignored;
     std::filesystem::remove_all(nativePath(withoutTrailingSlashes(path)), ignored);

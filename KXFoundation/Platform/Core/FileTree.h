@@ -10,6 +10,10 @@
 
 namespace kx {
 
+/// False for what is no path of any file: the empty text, and one with a null character, where the system would cut it
+/// and take the file of that name.
+[[nodiscard]] bool canNameAFile(const QString &path);
+
 /// `directory` with `name` as one more component.
 [[nodiscard]] QString childPath(const QString &directory, QStringView name);
 

@@ -32,6 +32,13 @@ QString uuidText(const QUuid &uuid)
     return uuid.toString(QUuid::WithoutBraces).toUpper();
 }
 
+// The null UUID for anything but 32 hex digits.
+QUuid uuidOfHexDigits(const QString &digits)
+{
+    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1()); // leaves out what is no digit
+    return digits.size() == 32 && bytes.size() == 16 ? QUuid::fromRfc4122(bytes) : QUuid();
+}
+
 bool isFiller(const QUuid &uuid)
 {
     const QByteArray bytes = uuid.toRfc4122();
@@ -55,8 +62,12 @@ QString hardwareUuid(const QString &root)
     const QUuid firmware(textOf(root, "sys/class/dmi/id/product_uuid"));
     if (!isFiller(firmware))
         return uuidText(firmware);
-    const QByteArray machineId = QByteArray::fromHex(textOf(root, "etc/machine-id").toLatin1());
-    return machineId.size() == 16 ? uuidText(QUuid::fromRfc4122(machineId)) : QString();
+    for (const char *name : {"etc/machine-id", "var/lib/dbus/machine-id"}) {
+        const QUuid installation = uuidOfHexDigits(textOf(root, name));
+        if (!isFiller(installation))
+            return uuidText(installation);
+    }
+    return {};
 }
 
 QString hardwareSerialNumber(const QString &root)

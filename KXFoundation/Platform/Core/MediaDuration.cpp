@@ -5,10 +5,8 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QLibrary>
 
-#include <algorithm>
-#include <array>
+#include <chrono>
 #include <memory>
-#include <string_view>
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -21,6 +19,7 @@ namespace {
 // The functions that are called. Only their declarations are known to the build: linking the library would cost every
 // program the time to load it and all that it needs.
 struct AvFormat {
+    decltype(&::avformat_alloc_context) allocContext = nullptr;
     decltype(&::avformat_open_input) openInput = nullptr;
     decltype(&::avformat_find_stream_info) findStreamInfo = nullptr;
     decltype(&::avformat_close_input) closeInput = nullptr;
@@ -36,7 +35,8 @@ struct AvFormat {
             function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
             return function != nullptr;
         };
-        m_isComplete = resolve(format, openInput, "avformat_open_input")
+        m_isComplete = resolve(format, allocContext, "avformat_alloc_context")
+            && resolve(format, openInput, "avformat_open_input")
             && resolve(format, findStreamInfo, "avformat_find_stream_info")
             && resolve(format, closeInput, "avformat_close_input") && resolve(util, dictSet, "av_dict_set")
             && resolve(util, dictFree, "av_dict_free");
@@ -52,11 +52,19 @@ private:
     bool m_isComplete = false;
 };
 
-// Readers that give a single picture, or any text as an animation, a length of their own making.
-bool inventsDurations(const AVInputFormat *format)
+// The formats that count as media. All are single files that know how long they play. What libavformat reads beyond
+// them is none of that: playlists and descriptions lead to other files and streams, which may never end; pictures,
+// subtitles and bare samples get a length of the reader's own making, the samples by nothing but the file's name.
+constexpr char formats[] = "mov,matroska,webm,avi,flv,asf,mpeg,mpegts,ogg,rm,mxf,gxf,dv,ivf,nut,nsv,wtv,swf,gif,apng,"
+                           "yuv4mpegpipe,mp3,aac,ac3,eac3,dts,truehd,flac,wav,w64,aiff,caf,ape,wv,tta,tak,amr,au,voc,"
+                           "mpc,mpc8,dsf";
+
+using Clock = std::chrono::steady_clock;
+
+// libavformat asks this before each access to the file.
+int isPast(void *deadline)
 {
-    constexpr std::array<std::string_view, 2> names{"image2", "tty"};
-    return std::find(names.begin(), names.end(), format->name) != names.end();
+    return Clock::now() >= *static_cast<const Clock::time_point *>(deadline) ? 1 : 0;
 }
 
 // Nothing plays for no time or for less: what says so does not know.
@@ -67,31 +75,34 @@ bool isKnown(const AVFormatContext &media)
 
 } // namespace
 
-std::optional<double> mediaDurationInSeconds(const QString &path)
+std::optional<double> mediaDurationInSeconds(const QString &path, std::chrono::milliseconds limit)
 {
     const AvFormat *const av = AvFormat::loaded();
-    if (!av)
+    AVFormatContext *opened = av ? av->allocContext() : nullptr;
+    if (!opened)
         return std::nullopt;
+    Clock::time_point deadline = Clock::now() + limit;
+    opened->interrupt_callback = {isPast, &deadline};
 
-    AVFormatContext *opened = nullptr;
     AVDictionary *options = nullptr;
-    // A playlist may name other files, but nothing beyond this machine.
+    av->dictSet(&options, "format_whitelist", formats, 0);
     av->dictSet(&options, "protocol_whitelist", "file", 0);
     // With the protocol before it, no path can be taken for another protocol's address.
     const QByteArray address = QByteArray("file:" + QFile::encodeName(QFileInfo(path).absoluteFilePath()));
     const int failure = av->openInput(&opened, address.constData(), nullptr, &options);
     av->dictFree(&options);
     if (failure < 0)
-        return std::nullopt;
+        return std::nullopt; // and the context is freed
     const auto close = [av](AVFormatContext *context) { av->closeInput(&context); };
     const std::unique_ptr<AVFormatContext, decltype(close)> media(opened, close);
 
-    if (inventsDurations(media->iformat))
-        return std::nullopt;
     // Most files say it in their header. To find it otherwise, packets are read and decoders tried: far slower.
-    if (!isKnown(*media) && av->findStreamInfo(media.get(), nullptr) < 0)
-        return std::nullopt;
-    return isKnown(*media) ? std::optional(double(media->duration) / AV_TIME_BASE) : std::nullopt;
+    if (!isKnown(*media)) {
+        const bool isComplete = av->findStreamInfo(media.get(), nullptr) >= 0 && !isPast(&deadline);
+        if (!isComplete || !isKnown(*media))
+            return std::nullopt;
+    }
+    return double(media->duration) / AV_TIME_BASE;
 }
 
 } // namespace kx

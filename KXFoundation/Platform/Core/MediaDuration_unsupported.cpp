@@ -4,7 +4,7 @@
 
 namespace kx {
 
-std::optional<double> mediaDurationInSeconds(const QString &)
+std::optional<double> mediaDurationInSeconds(const QString &, std::chrono::milliseconds)
 {
     return std::nullopt;
 }

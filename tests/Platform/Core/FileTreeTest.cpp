@@ -94,6 +94,15 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path("kept/sub")).isDir());
     }
 
+    void knowsWhatCanNameAFile()
+    {
+        QVERIFY(kx::canNameAFile(QStringLiteral("a")));
+        QVERIFY(kx::canNameAFile(QStringLiteral("/")));
+        QVERIFY(!kx::canNameAFile(QString()));
+        QVERIFY(!kx::canNameAFile(QStringLiteral("")));
+        QVERIFY(!kx::canNameAFile(QString(QStringLiteral("a") + QChar(0))));
+    }
+
     void removesNothingForANameThatWouldBeCut()
     {
         QVERIFY(QDir().mkpath(path("kept/sub")));

@@ -45,6 +45,11 @@ private Q_SLOTS:
         QTest::newRow("no UUID") << QByteArray("Not Settable") << id << idUuid;
         QTest::newRow("machine-id not made yet") << QByteArray() << QByteArray("uninitialized\n") << QString();
         QTest::newRow("machine-id cut") << QByteArray() << QByteArray("0123456789abcdef\n") << QString();
+        QTest::newRow("machine-id of zeros") << QByteArray() << QByteArray(32, '0') << QString();
+        QTest::newRow("machine-id with more")
+            << QByteArray() << QByteArray("0123456789abcdef0123456789abcdef 1\n") << QString();
+        QTest::newRow("machine-id among other text")
+            << QByteArray() << QByteArray("X=0123456789abcdef0123456789abcdef") << QString();
     }
     void findsTheUuid()
     {
@@ -55,6 +60,17 @@ private Q_SLOTS:
         put("etc/machine-id", machineId);
         QCOMPARE(kx::hardwareUuid(root()), uuid);
         QCOMPARE(kx::hardwareUuid(root()).isNull(), uuid.isNull());
+    }
+
+    void findsTheMachineIdOfTheMessageBus()
+    {
+        const QString uuid = QStringLiteral("01234567-89AB-CDEF-0123-456789ABCDEF");
+        put("var/lib/dbus/machine-id", "0123456789abcdef0123456789abcdef\n");
+        QCOMPARE(kx::hardwareUuid(root()), uuid);
+        put("etc/machine-id", "uninitialized\n");
+        QCOMPARE(kx::hardwareUuid(root()), uuid);
+        put("etc/machine-id", "fedcba9876543210fedcba9876543210\n");
+        QCOMPARE(kx::hardwareUuid(root()), QStringLiteral("FEDCBA98-7654-3210-FEDC-BA9876543210"));
     }
 
     void findsTheSerialNumber_data()

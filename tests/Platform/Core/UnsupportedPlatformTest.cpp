@@ -3,7 +3,9 @@
 #include <KXFoundation/Platform/Core/MachineIdentity.h>
 #include <KXFoundation/Platform/Core/MediaDuration.h>
 #include <KXFoundation/Platform/Core/NetworkInterfaces.h>
+#include <KXFoundation/Util/KXUtil.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QRegularExpression>
 #include <QtTest/QTest>
 
@@ -38,6 +40,21 @@ private Q_SLOTS:
     }
 
     void knowsNoDuration() { QVERIFY(!kx::mediaDurationInSeconds(QStringLiteral("clip.mp4"))); }
+
+    void hostsGetTheEmptyAnswers()
+    {
+        QVERIFY(KXUtil::hardwareUUID().isNull());
+        QVERIFY(KXUtil::hardwareSerialNumber().isNull());
+        QCOMPARE(KXUtil::macCpuInfo(), QStringLiteral("4"));
+        KXUtil::setNetworkInterface(QStringLiteral("lo"));
+        QCOMPARE(KXUtil::macAddress(), QStringLiteral("if_nametoindex failure"));
+        QVERIFY(KXUtil::primaryNetworkInterface().isNull());
+        QCOMPARE(KXUtil::localIpV4(), 0U);
+        QCOMPARE(KXUtil::localIpV4BigEndian(), 0U);
+        qputenv("USER", "alice");
+        QCOMPARE(KXUtil::machineCodeWithSalt(QStringLiteral("x")), QStringLiteral("if_nametoindex failure#x~alice"));
+        QCOMPARE(KXUtil::getVideoDuration(QUrl::fromLocalFile(QCoreApplication::applicationFilePath())), 0);
+    }
 };
 
 QTEST_GUILESS_MAIN(UnsupportedPlatformTest)
