@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
+#include <KXFoundation/Platform/UI/ConstraintLayout.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/Layer.h>
@@ -73,6 +74,12 @@ void ViewInterface::setFrame(const QRectF &frame)
 QRectF ViewInterface::bounds() const
 {
     return {QPointF(0, 0), m_widget->size()};
+}
+
+bool ViewInterface::translatesAutoresizingMaskIntoConstraints() const
+{
+    const QWidget *parent = m_widget->parentWidget();
+    return m_translatesMask.value_or(!parent || !isPlacedBy(parent->layout(), m_widget));
 }
 
 ViewInterface *ViewInterface::superview() const
@@ -318,13 +325,15 @@ void ViewInterface::settleSubviews()
     if (before == size)
         return;
     for (ViewInterface *view : subviews()) {
-        if (isPlacedBy(m_widget->layout(), view->m_widget))
+        if (!view->translatesAutoresizingMaskIntoConstraints())
             continue;
         const QRectF old = flippedRect(view->m_widget->geometry(), before.height());
         const QRectF frame = autoresized(old, before, size, view->m_autoresizingMask);
         view->m_widget->setGeometry(edgesRounded(flippedRect(frame, size.height())));
         view->settleSubviews();
     }
+    if (m_constraints)
+        m_constraints->apply(*this);
 }
 
 } // namespace kx

@@ -19,6 +19,7 @@ class QWidget;
 
 namespace kx {
 
+class ConstraintLayout;
 class Event;
 class ViewController;
 class Layer;
@@ -48,6 +49,9 @@ public:
 
     [[nodiscard]] AutoresizingMask autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(AutoresizingMask mask) { m_autoresizingMask = mask; }
+    /// Whether the mask acts. Unless set: when no QLayout places the view. Layout constraints act in any case, and win.
+    [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates) { m_translatesMask = translates; }
 
     /// The view that this one is a subview of; null in a plain widget.
     [[nodiscard]] ViewInterface *superview() const;
@@ -162,6 +166,7 @@ protected:
     void viewEvent(const QEvent &event);
 
 private:
+    friend class ConstraintLayout;
     friend class ViewController;
 
     [[nodiscard]] Responder *responderAbove() const;
@@ -178,6 +183,8 @@ private:
     double m_alphaValue = 1;
     bool m_wantsLayer = false;
     AutoresizingMask m_autoresizingMask = Autoresizing::None;
+    std::optional<bool> m_translatesMask;
+    std::unique_ptr<ConstraintLayout> m_constraints; // of the subviews; null without any
     QSizeF m_settledSize; // the size that the subviews are placed for
 };
 
