@@ -35,7 +35,10 @@ WebViewConfiguration::~WebViewConfiguration() = default;
 
 void WebViewConfiguration::setURLSchemeHandler(URLSchemeHandler *handler, const QString &scheme)
 {
-    m_schemeHandlers.insert(scheme, handler);
+    if (handler)
+        m_schemeHandlers.insert(scheme, handler);
+    else
+        m_schemeHandlers.remove(scheme);
 }
 
 } // namespace kx

@@ -92,8 +92,9 @@ public:
     WebPreferences preferences;
     std::shared_ptr<UserContentController> userContentController; ///< Never null.
 
-    /// Routes requests for `scheme` (lower case) to `handler`, which must outlive every view of this configuration.
-    /// Read when a web view is built. The engine keeps what it serves itself, such as "http" and "file".
+    /// Routes requests for `scheme` (lower case) to `handler`, which must outlive every view of this configuration;
+    /// null takes the route away. Read when a web view is built. The engine keeps what it serves itself, such as "http"
+    /// and "file".
     void setURLSchemeHandler(URLSchemeHandler *handler, const QString &scheme);
     [[nodiscard]] const QMap<QString, URLSchemeHandler *> &urlSchemeHandlers() const { return m_schemeHandlers; }
 

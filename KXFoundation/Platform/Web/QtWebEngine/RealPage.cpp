@@ -2,9 +2,9 @@
 #include <KXFoundation/Platform/Web/QtWebEngine/RealPage.h>
 
 #include <KXFoundation/Platform/Web/QtWebEngine/ReadAccessInterceptor.h>
+#include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QSet>
 #include <QtWebEngineCore/QWebEngineFullScreenRequest>
 #include <QtWebEngineCore/QWebEngineLoadingInfo>
 #include <QtWebEngineCore/QWebEngineNewWindowRequest>
@@ -217,11 +217,8 @@ qint64 RealPage::rendererProcessId() const
 
 bool RealPage::servesScheme(const QString &scheme) const
 {
-    static const QSet<QString> engineSchemes = {QStringLiteral("about"), QStringLiteral("blob"),
-        QStringLiteral("chrome"), QStringLiteral("data"), QStringLiteral("file"), QStringLiteral("filesystem"),
-        QStringLiteral("http"), QStringLiteral("https"), QStringLiteral("javascript"), QStringLiteral("qrc"),
-        QStringLiteral("view-source")};
-    return engineSchemes.contains(scheme) || m_profile.profile->urlSchemeHandler(scheme.toUtf8());
+    const QByteArray name = scheme.toUtf8();
+    return isLoadedByTheEngine(name) || m_profile.profile->urlSchemeHandler(name);
 }
 
 bool RealPage::acceptNavigation(const QUrl &url, EngineType type, bool mainFrame)

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/Web/QtWebEngine/SchemeRegistration.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QHash>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QSet>
 #include <QtWebEngineCore/QWebEngineUrlScheme>
@@ -23,13 +24,19 @@ bool isScheme(const QByteArray &name)
     });
 }
 
-/// What the engine serves itself: making one of these a custom scheme would take the web away from every page.
-bool isBuiltIn(const QByteArray &name)
+enum class Use { Documents, Other };
+
+/// The engine's own schemes, and whether it loads documents from them: making one of these a custom scheme would take
+/// the web away from every page.
+const QHash<QByteArray, Use> &builtIn()
 {
-    static const QSet<QByteArray> names = {"about", "blob", "chrome", "chrome-devtools", "chrome-error", "content",
-        "data", "devtools", "file", "filesystem", "ftp", "http", "https", "javascript", "mailto", "qrc", "view-source",
-        "ws", "wss"};
-    return names.contains(name);
+    static const QHash<QByteArray, Use> schemes = {{"about", Use::Documents}, {"blob", Use::Documents},
+        {"chrome", Use::Documents}, {"chrome-devtools", Use::Other}, {"chrome-error", Use::Other},
+        {"content", Use::Other}, {"data", Use::Documents}, {"devtools", Use::Other}, {"file", Use::Documents},
+        {"filesystem", Use::Documents}, {"ftp", Use::Other}, {"http", Use::Documents}, {"https", Use::Documents},
+        {"javascript", Use::Documents}, {"mailto", Use::Other}, {"qrc", Use::Documents},
+        {"view-source", Use::Documents}, {"ws", Use::Other}, {"wss", Use::Other}};
+    return schemes;
 }
 
 } // namespace
@@ -37,7 +44,12 @@ bool isBuiltIn(const QByteArray &name)
 bool mayBeCustomScheme(const QByteArray &name)
 {
     const QByteArray lower = name.toLower();
-    return isScheme(lower) && !isBuiltIn(lower);
+    return isScheme(lower) && !builtIn().contains(lower);
+}
+
+bool isLoadedByTheEngine(const QByteArray &name)
+{
+    return builtIn().value(name.toLower(), Use::Other) == Use::Documents;
 }
 
 void registerSchemes(const QStringList &schemes)
@@ -53,7 +65,7 @@ void registerSchemes(const QStringList &schemes)
         const QByteArray name = scheme.toLower().toUtf8();
         if (!isScheme(name)) {
             warnOnce(name, "not a scheme, never served");
-        } else if (isBuiltIn(name)) {
+        } else if (builtIn().contains(name)) {
             warnOnce(name, "belongs to the web engine, never served by others");
         } else if (!QWebEngineUrlScheme::schemeByName(name).name().isEmpty()) {
             continue;

@@ -75,6 +75,7 @@ void SourceFrameTracker::signal(const QString &text)
     } else {
         return;
     }
+    forgetExpired(signal.time); // nobody may ever ask
     m_signals.append(signal);
 }
 
@@ -100,8 +101,7 @@ void SourceFrameTracker::mainFrameLoadEnded()
 
 NavigationSource SourceFrameTracker::source(const NavigationRequest &request)
 {
-    const auto now = m_clock();
-    m_signals.removeIf([now](const Signal &signal) { return now - signal.time > SignalLifetime; });
+    forgetExpired(m_clock());
 
     NavigationSource result;
     if (request.target == NavigationRequest::Target::NewWindow) {
@@ -222,6 +222,11 @@ qsizetype SourceFrameTracker::lastUserGesture(qsizetype end) const
 void SourceFrameTracker::useUp(qsizetype last)
 {
     m_signals.remove(0, last + 1);
+}
+
+void SourceFrameTracker::forgetExpired(std::chrono::steady_clock::time_point now)
+{
+    m_signals.removeIf([now](const Signal &signal) { return now - signal.time > SignalLifetime; });
 }
 
 } // namespace kx

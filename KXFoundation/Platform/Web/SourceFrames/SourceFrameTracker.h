@@ -89,6 +89,7 @@ private:
     [[nodiscard]] qsizetype lastGestureFor(const NavigationRequest &request, qsizetype end) const;
     [[nodiscard]] qsizetype lastUserGesture(qsizetype end) const;
     void useUp(qsizetype last);
+    void forgetExpired(std::chrono::steady_clock::time_point now);
 
     Clock m_clock;
     QList<Signal> m_signals; // in order of arrival

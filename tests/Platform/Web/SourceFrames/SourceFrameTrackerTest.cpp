@@ -3,6 +3,8 @@
 
 #include <QtTest/QtTest>
 
+#include <malloc.h>
+
 using namespace kx;
 using Kind = NavigationRequest::Kind;
 using Target = NavigationRequest::Target;
@@ -22,6 +24,7 @@ private Q_SLOTS:
     void usesEachSignalOnce();
     void keepsLaterSignalsForLaterRequests();
     void forgetsSignalsAfterTwoSeconds();
+    void forgetsSignalsThatNobodyAsksAbout();
     void forgetsEverythingWithANewMainDocument();
     void serverRedirectsInheritTheSource();
     void aReplacementAfterTheLoadsEndIsNoRedirect();
@@ -211,6 +214,18 @@ void SourceFrameTrackerTest::forgetsSignalsAfterTwoSeconds()
     send({QStringLiteral("navigate main script http://a/there")});
     m_now += SourceFrameTracker::SignalLifetime + 1ms;
     QVERIFY(!fromMain(there));
+}
+
+// A page may click by script all day long without going anywhere.
+void SourceFrameTrackerTest::forgetsSignalsThatNobodyAsksAbout()
+{
+    const QString click = QStringLiteral("click main script http://a/") + QString(10'000, u'x');
+    const auto taken = ::mallinfo2().uordblks; // stays 0 in sanitizer builds, which have an allocator of their own
+    for (int i = 0; i < 1000; ++i) {
+        m_tracker.signal(click);
+        m_now += 1s;
+    }
+    QVERIFY(::mallinfo2().uordblks < taken + 1'000'000);
 }
 
 void SourceFrameTrackerTest::forgetsEverythingWithANewMainDocument()
