@@ -93,10 +93,9 @@ QImage readable(const PixelLayout &layout, const QByteArray &bytes)
     return image;
 }
 
-BitmapContent contentOf(const QImage &image)
+BitmapContent contentOf(const QImage &image, const QSizeF &size)
 {
     const PixelLayout layout = layoutOf(image);
-    const QSizeF size = image.deviceIndependentSize();
     const qint64 rowBytes = qint64(layout.pixelWidth) * layout.bitsPerPixel / 8;
     if (layout.bytesPerRow == rowBytes)
         return {layout, size, {}, image};
@@ -128,7 +127,12 @@ bool BitmapContent::operator==(const BitmapContent &other) const
 }
 
 Bitmap::Bitmap(const QImage &image)
-    : Bitmap(image.isNull() ? Bitmap() : Bitmap(contentOf(image.convertToFormat(bitmapFormat(image)))))
+    : Bitmap(image, image.deviceIndependentSize())
+{
+}
+
+Bitmap::Bitmap(const QImage &image, const QSizeF &size)
+    : Bitmap(image.isNull() ? Bitmap() : Bitmap(contentOf(image.convertToFormat(bitmapFormat(image)), size)))
 {
 }
 

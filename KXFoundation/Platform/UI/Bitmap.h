@@ -32,6 +32,8 @@ public:
     /// formats converted to 32 bits. The size in points is the image's without its device pixel ratio. None for a null
     /// image.
     Bitmap(const QImage &image); // NOLINT(google-explicit-constructor): an image may be given wherever one is wanted
+    /// The same with a size in points of its own.
+    Bitmap(const QImage &image, const QSizeF &size);
 
     /// None when nothing can lie like that (PixelLayout::isValid()). `bytes` may be shorter than the layout says: such
     /// a bitmap keeps its layout, but Qt cannot read it. Longer ones are good, too.

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/Image.h>
 
 #include <KXFoundation/Platform/Core/Published.h>
+#include <KXFoundation/Platform/UI/ImageCaps.h>
 #include <KXFoundation/Platform/UI/ImageDrawing.h>
 
 #include <QtCore/QHash>
@@ -9,7 +10,6 @@
 #include <QtGui/QPixmap>
 
 #include <algorithm>
-#include <cmath>
 
 namespace kx {
 
@@ -28,21 +28,6 @@ double pixelsPerPoint(const Bitmap &bitmap, const QSizeF &size)
     return bitmap.layout().pixelWidth / size.width();
 }
 
-// The coarsest representation that is fine enough, else the finest one.
-QImage bestPixels(const ImageContent &content, double scale)
-{
-    const Bitmap *best = nullptr;
-    for (const Bitmap &bitmap : content.representations) {
-        if (bitmap.toQImage().isNull())
-            continue;
-        const double own = pixelsPerPoint(bitmap, content.size);
-        const double bestOne = best ? pixelsPerPoint(*best, content.size) : 0;
-        if (!best || (bestOne < scale ? own > bestOne : own >= scale && own < bestOne))
-            best = &bitmap;
-    }
-    return best ? best->toQImage() : QImage();
-}
-
 void runHandler(const ImageContent &content, QPainter &painter, const QRectF &destination, const QRectF &source)
 {
     painter.save();
@@ -53,20 +38,6 @@ void runHandler(const ImageContent &content, QPainter &painter, const QRectF &de
     painter.translate(-source.topLeft());
     content.drawingHandler(painter, QRectF(QPointF(0, 0), content.size));
     painter.restore();
-}
-
-// What the handler paints, on transparent ground.
-QImage paintedPixels(const ImageContent &content, double scale)
-{
-    QImage pixels = blankPixels(content.size, scale);
-    if (pixels.isNull())
-        return {};
-    QPainter painter(&pixels);
-    painter.scale(pixels.width() / content.size.width(), pixels.height() / content.size.height());
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const bool painted = content.drawingHandler(painter, QRectF(QPointF(0, 0), content.size));
-    painter.end();
-    return painted ? pixels : QImage();
 }
 
 } // namespace
@@ -185,11 +156,8 @@ void Image::draw(QPainter &painter, const QRectF &destination, const QRectF &sou
 
     const ImageContent &content = **this;
     const QSizeF zoom = deviceScale(painter);
-    const QMarginsF &caps = content.capInsets;
-    const bool keepsCaps = !caps.isNull() && source == QRectF() && destination.size() != content.size;
-    if (keepsCaps) {
-        const double scale = std::max(zoom.width(), zoom.height());
-        const QImage pixels = content.drawingHandler ? paintedPixels(content, scale) : bestPixels(content, scale);
+    if (!content.capInsets.isNull() && source == QRectF() && destination.size() != content.size) {
+        const QImage pixels = pixelsForScale(content, std::max(zoom.width(), zoom.height()));
         drawBetweenCaps(painter, pixels, content, destination, {operation, fraction});
         return;
     }
@@ -199,7 +167,7 @@ void Image::draw(QPainter &painter, const QRectF &destination, const QRectF &sou
     }
     const double scale = std::max(
         zoom.width() * destination.width() / part.width(), zoom.height() * destination.height() / part.height());
-    const QImage pixels = content.drawingHandler ? paintedPixels(content, scale) : bestPixels(content, scale);
+    const QImage pixels = pixelsForScale(content, scale);
     const double across = pixels.width() / content.size.width();
     const double down = pixels.height() / content.size.height();
     drawPixels(painter, pixels, destination,
@@ -208,24 +176,13 @@ void Image::draw(QPainter &painter, const QRectF &destination, const QRectF &sou
 
 QImage Image::toQImage(double scale) const
 {
-    QImage pixels = blankPixels(size(), scale);
-    if (pixels.isNull())
+    const QSize wanted = pixelSize(size(), scale);
+    if (!wanted.isValid())
         return {};
-    if (hasDrawingHandler()) {
-        pixels = paintedPixels(**this, scale);
-    } else {
-        const QImage best = bestPixels(**this, scale);
-        if (best.isNull())
-            return {};
-        if (best.size() == pixels.size()) {
-            pixels = best;
-        } else {
-            QPainter painter(&pixels);
-            drawPixels(painter, best, pixels.rect(), best.rect(), {CompositingOperation::Copy, 1});
-        }
-    }
-    pixels.setDevicePixelRatio(scale);
-    return pixels;
+    const QImage pixels = pixelsForScale(**this, scale);
+    QImage result = resampled(pixels, pixels.rect(), wanted);
+    result.setDevicePixelRatio(scale);
+    return result;
 }
 
 } // namespace kx

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ImageDrawing.h>
 
-#include <QtGui/QBrush>
+#include <KXFoundation/Platform/UI/PremultipliedPixels.h>
+
 #include <QtGui/QPainter>
 #include <QtGui/QTransform>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace kx {
@@ -25,84 +25,89 @@ QPainter::CompositionMode compositionMode(CompositingOperation operation)
     return QPainter::CompositionMode_SourceOver;
 }
 
-// With a copy, Qt's opacity would mix in what is there; here it makes the copy itself translucent.
-QImage faded(const QImage &pixels, double fraction)
+bool isWhole(double value)
 {
-    QImage result(pixels.size(), QImage::Format_ARGB32_Premultiplied);
-    result.fill(Qt::transparent);
-    QPainter painter(&result);
-    painter.setOpacity(fraction);
-    painter.drawImage(result.rect(), pixels, pixels.rect()); // whatever its device pixel ratio
-    return result;
+    return std::abs(value - std::round(value)) < 1e-6;
+}
+
+bool isWhole(const QRectF &rect)
+{
+    return isWhole(rect.x()) && isWhole(rect.y()) && isWhole(rect.width()) && isWhole(rect.height())
+        && rect.width() > 0.5 && rect.height() > 0.5;
+}
+
+// Whether device pixels meet pixels of the image one by one.
+bool isPixelForPixel(const QPainter &painter, const QRectF &destination, const QRectF &source)
+{
+    const QTransform transform = painter.deviceTransform();
+    if (transform.type() > QTransform::TxScale || transform.m11() < 0 || transform.m22() < 0)
+        return false;
+    const QRectF place = transform.mapRect(destination);
+    return isWhole(place) && isWhole(source) && std::abs(place.width() - source.width()) < 1e-6
+        && std::abs(place.height() - source.height()) < 1e-6;
+}
+
+// Where the painter can draw at all; beyond, its coordinates overflow.
+QRectF reachablePlace(const QPainter &painter)
+{
+    const QRectF device(-longestSide, -longestSide, 2 * longestSide, 2 * longestSide);
+    return painter.deviceTransform().inverted().mapRect(device);
+}
+
+// A part without a copy; valid as long as `pixels` is.
+QImage viewOf(const QImage &pixels, const QRect &part)
+{
+    if (part == pixels.rect())
+        return pixels;
+    const uchar *const start = pixels.constScanLine(part.y()) + qsizetype(part.x()) * pixels.depth() / 8;
+    return {start, part.width(), part.height(), pixels.bytesPerLine(), pixels.format()};
+}
+
+QImage scaled(const QImage &pixels, const QRect &part, const QSize &size)
+{
+    // scaled() gives the image itself, which may be a view only, at its own size.
+    return size == part.size() ? pixels.copy(part)
+                               : viewOf(pixels, part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 void drawPart(QPainter &painter, const QImage &pixels, const QRectF &destination, const QRectF &source)
 {
-    // Interpolation between neighbours passes over pixels when it reduces, so the part is first reduced as a whole.
     const QSizeF zoom = deviceScale(painter);
     const double across = zoom.width() * destination.width() / source.width();
     const double down = zoom.height() * destination.height() / source.height();
     if (across > 0.999 && down > 0.999) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, !isPixelForPixel(painter, destination, source));
         painter.drawImage(destination, pixels, source);
         return;
     }
+    // Interpolation between neighbours passes over pixels when it reduces, so the part is first reduced as a whole.
     const QRect part = source.toAlignedRect() & pixels.rect();
+    if (part.isEmpty())
+        return;
     const auto reduced = [](int length, double ratio) {
         return std::max(int(std::lround(length * std::min(ratio, 1.0))), 1);
     };
     const QSize size(reduced(part.width(), across), reduced(part.height(), down));
-    const QImage small = (part == pixels.rect() ? pixels : pixels.copy(part))
-                             .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     const double x = double(size.width()) / part.width();
     const double y = double(size.height()) / part.height();
     const QPointF origin = source.topLeft() - part.topLeft();
-    painter.drawImage(
-        destination, small, QRectF(origin.x() * x, origin.y() * y, source.width() * x, source.height() * y));
+    const QRectF rest(origin.x() * x, origin.y() * y, source.width() * x, source.height() * y);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !isPixelForPixel(painter, destination, rest));
+    painter.drawImage(destination, scaled(pixels, part, size), rest);
 }
 
-void compose(QPainter &painter, const Compositing &compositing)
+QImage paintedPixels(const ImageContent &image, double scale)
 {
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.setCompositionMode(compositionMode(compositing.operation));
-    if (compositing.operation != CompositingOperation::Copy)
-        painter.setOpacity(painter.opacity() * std::min(compositing.fraction, 1.0));
+    QImage pixels = blankPixels(image.size, scale);
+    if (pixels.isNull())
+        return {};
+    QPainter painter(&pixels);
+    painter.scale(pixels.width() / image.size.width(), pixels.height() / image.size.height());
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const bool painted = image.drawingHandler(painter, QRectF(QPointF(0, 0), image.size));
+    painter.end();
+    return painted ? pixels : QImage();
 }
-
-// The pixels that compose() leaves to draw.
-QImage composed(const QImage &pixels, const Compositing &compositing)
-{
-    const bool fades = compositing.operation == CompositingOperation::Copy && compositing.fraction < 1;
-    return fades ? faded(pixels, compositing.fraction) : pixels;
-}
-
-void tilePixels(QPainter &painter, const QImage &tile, const QRectF &destination, const QSizeF &tileSize,
-    const Compositing &compositing)
-{
-    painter.save();
-    compose(painter, compositing);
-    QBrush brush(composed(tile, compositing));
-    brush.setTransform(QTransform::fromTranslate(destination.x(), destination.y())
-                           .scale(tileSize.width() / tile.width(), tileSize.height() / tile.height()));
-    painter.fillRect(destination, brush);
-    painter.restore();
-}
-
-// Where the caps of an image end along one side, in the image's points and in the destination's.
-struct Axis {
-    Axis(double near, double far, double length, double start, double room)
-    {
-        const auto used = [](double inset) { return std::isfinite(inset) ? std::max(inset, 0.0) : 0.0; };
-        near = used(near);
-        far = used(far);
-        const double inside = near + far > length ? length / (near + far) : 1;
-        const double shown = (near + far) * inside > room ? room / (near + far) : inside;
-        from = {0, near * inside, length - far * inside, length};
-        to = {start, start + near * shown, start + room - far * shown, start + room};
-    }
-
-    std::array<double, 4> from;
-    std::array<double, 4> to;
-};
 
 } // namespace
 
@@ -116,16 +121,39 @@ bool isDrawable(const QRectF &rect)
     return isDrawable(rect.size()) && std::isfinite(rect.x()) && std::isfinite(rect.y());
 }
 
-QImage blankPixels(const QSizeF &size, double scale)
+QSize pixelSize(const QSizeF &size, double scale)
 {
     const QSizeF pixels = size * scale;
     if (!isDrawable(size) || !isDrawable(pixels) || pixels.width() > longestSide || pixels.height() > longestSide)
         return {};
     const auto whole = [](double length) { return std::max(int(std::lround(length)), 1); };
-    QImage blank(whole(pixels.width()), whole(pixels.height()), QImage::Format_ARGB32_Premultiplied);
+    return {whole(pixels.width()), whole(pixels.height())};
+}
+
+QImage blankPixels(const QSizeF &size, double scale)
+{
+    QImage blank(pixelSize(size, scale), QImage::Format_ARGB32_Premultiplied);
     if (!blank.isNull())
         blank.fill(Qt::transparent);
     return blank;
+}
+
+QImage pixelsForScale(const ImageContent &image, double scale)
+{
+    if (image.drawingHandler)
+        return paintedPixels(image, scale);
+    QImage best;
+    for (const Bitmap &bitmap : image.representations) {
+        const QImage pixels = bitmap.toQImage();
+        if (pixels.isNull())
+            continue;
+        const double wanted = scale * image.size.width();
+        const bool better = best.width() < wanted ? pixels.width() > best.width()
+                                                  : pixels.width() >= wanted && pixels.width() < best.width();
+        if (best.isNull() || better)
+            best = pixels;
+    }
+    return best;
 }
 
 QSizeF deviceScale(const QPainter &painter)
@@ -134,18 +162,42 @@ QSizeF deviceScale(const QPainter &painter)
     return {std::hypot(transform.m11(), transform.m12()), std::hypot(transform.m21(), transform.m22())};
 }
 
+void compose(QPainter &painter, const Compositing &compositing)
+{
+    painter.setCompositionMode(compositionMode(compositing.operation));
+    if (compositing.operation != CompositingOperation::Copy)
+        painter.setOpacity(painter.opacity() * std::min(compositing.fraction, 1.0));
+}
+
+// With a copy, the painter's opacity would mix in what is there; here it is the copy that is translucent.
+QImage composed(const QImage &pixels, const Compositing &compositing)
+{
+    const bool fades = compositing.operation == CompositingOperation::Copy && compositing.fraction < 1;
+    return fades ? fadedPixels(pixels, compositing.fraction) : pixels;
+}
+
 void drawPixels(QPainter &painter, const QImage &pixels, const QRectF &destination, const QRectF &source,
     const Compositing &compositing)
 {
-    const QRectF part = source & QRectF(pixels.rect());
-    if (!isDrawable(part))
+    const auto shown = [&](const QRectF &part) {
+        const double x = destination.width() / source.width();
+        const double y = destination.height() / source.height();
+        return QRectF(destination.x() + (part.x() - source.x()) * x, destination.y() + (part.y() - source.y()) * y,
+            part.width() * x, part.height() * y);
+    };
+    QRectF part = source & QRectF(pixels.rect());
+    QRectF place = shown(part);
+    if (!isDrawable(part) || !isDrawable(place))
         return;
-    const double x = destination.width() / source.width();
-    const double y = destination.height() / source.height();
-    const QRectF place(destination.x() + (part.x() - source.x()) * x, destination.y() + (part.y() - source.y()) * y,
-        part.width() * x, part.height() * y);
-    if (!isDrawable(place))
-        return;
+    if (const QRectF reachable = reachablePlace(painter); !reachable.contains(place)) {
+        place &= reachable;
+        const double x = source.width() / destination.width();
+        const double y = source.height() / destination.height();
+        part &= QRectF(source.x() + (place.x() - destination.x()) * x, source.y() + (place.y() - destination.y()) * y,
+            place.width() * x, place.height() * y);
+        if (!isDrawable(part) || !isDrawable(place))
+            return;
+    }
 
     painter.save();
     compose(painter, compositing);
@@ -153,40 +205,17 @@ void drawPixels(QPainter &painter, const QImage &pixels, const QRectF &destinati
     painter.restore();
 }
 
-void drawBetweenCaps(QPainter &painter, const QImage &pixels, const ImageContent &image, const QRectF &destination,
-    const Compositing &compositing)
+QImage resampled(const QImage &pixels, const QRectF &source, const QSize &size)
 {
     if (pixels.isNull())
-        return;
-    const QMarginsF &caps = image.capInsets;
-    const Axis columns(caps.left(), caps.right(), image.size.width(), destination.x(), destination.width());
-    const Axis rows(caps.top(), caps.bottom(), image.size.height(), destination.y(), destination.height());
-    const double across = pixels.width() / image.size.width();
-    const double down = pixels.height() / image.size.height();
-    const bool tiles = image.resizingMode == ResizingMode::Tile;
-
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, false); // blended edges would show as seams
-    for (std::size_t row = 0; row < 3; ++row) {
-        for (std::size_t column = 0; column < 3; ++column) {
-            const QRectF from(QPointF(columns.from[column] * across, rows.from[row] * down),
-                QPointF(columns.from[column + 1] * across, rows.from[row + 1] * down));
-            const QRectF to(
-                QPointF(columns.to[column], rows.to[row]), QPointF(columns.to[column + 1], rows.to[row + 1]));
-            if (!isDrawable(from) || !isDrawable(to))
-                continue;
-            if (tiles && (row == 1 || column == 1)) {
-                const double tileWidth = column == 1 ? from.width() / across : to.width();
-                const double tileHeight = row == 1 ? from.height() / down : to.height();
-                QImage tile = pixels.copy(from.toAlignedRect());
-                tile.setDevicePixelRatio(1);
-                tilePixels(painter, tile, to, {tileWidth, tileHeight}, compositing);
-            } else {
-                drawPixels(painter, pixels, to, from, compositing);
-            }
-        }
-    }
-    painter.restore();
+        return {};
+    if (isWhole(source))
+        return source.toRect() == pixels.rect() && size == pixels.size() ? pixels
+                                                                         : scaled(pixels, source.toRect(), size);
+    QImage result = blankPixels(size, 1);
+    QPainter painter(&result);
+    drawPixels(painter, pixels, result.rect(), source, {CompositingOperation::Copy, 1});
+    return result;
 }
 
 } // namespace kx

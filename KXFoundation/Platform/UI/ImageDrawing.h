@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/Image.h>
 
 #include <QtCore/QRectF>
+#include <QtCore/QSize>
 #include <QtCore/QSizeF>
 #include <QtGui/QImage>
 
@@ -22,9 +23,15 @@ struct Compositing {
 /// The same for a rectangle, whose origin must be finite, too.
 [[nodiscard]] bool isDrawable(const QRectF &rect);
 
-/// Transparent premultiplied pixels for a size in points, rounded to whole pixels and at least one. Null when the size
-/// is not drawable, a side is above 32767 pixels (which QPainter cannot reach) or memory is short.
+/// The whole pixels for a size in points: rounded, and at least one. Invalid when the size is not drawable or a side
+/// is above 32767 pixels, which QPainter cannot reach.
+[[nodiscard]] QSize pixelSize(const QSizeF &size, double scale);
+/// So many transparent premultiplied pixels. Null when pixelSize() is invalid or memory is short.
 [[nodiscard]] QImage blankPixels(const QSizeF &size, double scale);
+
+/// The pixels of an image for a place with `scale` pixels per point: of the coarsest representation that is fine
+/// enough, else of the finest; or what the handler paints at just this scale. Null when there are none.
+[[nodiscard]] QImage pixelsForScale(const ImageContent &image, double scale);
 
 /// Device pixels per unit of the painter's coordinates, in both directions.
 [[nodiscard]] QSizeF deviceScale(const QPainter &painter);
@@ -34,9 +41,12 @@ struct Compositing {
 void drawPixels(QPainter &painter, const QImage &pixels, const QRectF &destination, const QRectF &source,
     const Compositing &compositing);
 
-/// Draws all pixels of an image with caps: the corners at their size in points, the rest as the image's resizing mode
-/// has it. Caps that find no room shrink in proportion.
-void drawBetweenCaps(QPainter &painter, const QImage &pixels, const ImageContent &image, const QRectF &destination,
-    const Compositing &compositing);
+/// A part of the pixels, in pixels and inside of them, as an image of this size, scaled like drawPixels() does. Null
+/// for null pixels.
+[[nodiscard]] QImage resampled(const QImage &pixels, const QRectF &source, const QSize &size);
+
+/// Sets a painter up to draw what composed() gives.
+void compose(QPainter &painter, const Compositing &compositing);
+[[nodiscard]] QImage composed(const QImage &pixels, const Compositing &compositing);
 
 } // namespace kx

@@ -5,9 +5,10 @@
 #include <QtGui/QPixmap>
 #include <QtTest/QTest>
 
-#include <limits>
+#include "Support/TestImages.h"
 
 using namespace Qt::StringLiterals;
+using namespace kx::test;
 
 class ImageTest : public QObject {
     Q_OBJECT
@@ -37,41 +38,10 @@ private Q_SLOTS:
     void keepsCaps();
     void survivesHostileRectangles_data();
     void survivesHostileRectangles();
+    void drawsIntoHugeRectangles();
     void survivesHostileCaps();
     void flattens();
 };
-
-namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
-
-// Every pixel of its own colour.
-QImage sample(int width, int height, double ratio = 1)
-{
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, qRgba(x * 16 % 256, y * 16 % 256, (x + y) % 2 * 128, 255));
-    }
-    image.setDevicePixelRatio(ratio);
-    return image;
-}
-
-QImage plain(const QSize &size, const QColor &color, double ratio = 1)
-{
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    image.setDevicePixelRatio(ratio);
-    return image;
-}
-
-QImage canvas(int width, int height, double ratio = 1)
-{
-    return plain(QSize(width, height) * ratio, Qt::transparent, ratio);
-}
-
-} // namespace
 
 void ImageTest::isNoneByDefault()
 {
@@ -86,22 +56,22 @@ void ImageTest::isNoneByDefault()
     QVERIFY(!none.hasDrawingHandler());
     QVERIFY(!none.withCapInsets({1, 1, 1, 1}, kx::ResizingMode::Tile));
     QVERIFY(none.toQImage(1).isNull());
-    QImage target = canvas(2, 2);
+    QImage target = blankImage(2, 2);
     QPainter painter(&target);
     none.draw(painter, QRectF(0, 0, 2, 2));
     painter.end();
-    QCOMPARE(target, canvas(2, 2));
+    QCOMPARE(target, blankImage(2, 2));
 }
 
 void ImageTest::knowsItselfAndItsValue()
 {
-    const kx::Image image = sample(4, 4);
+    const kx::Image image = sampleImage(4, 4);
     const kx::Image copy = image;
-    const kx::Image other = sample(4, 4);
+    const kx::Image other = sampleImage(4, 4);
     QVERIFY(copy == image);
     QVERIFY(other != image);
     QVERIFY(other.sameValue(image));
-    QVERIFY(!other.sameValue(kx::Image(sample(4, 5))));
+    QVERIFY(!other.sameValue(kx::Image(sampleImage(4, 5))));
     QVERIFY(!other.sameValue(other.withCapInsets({1, 0, 0, 0}, kx::ResizingMode::Stretch)));
     const auto handler = [](QPainter &, const QRectF &) { return true; };
     const kx::Image drawn = kx::Image::imageWithSize(QSizeF(4, 4), true, handler);
@@ -113,7 +83,7 @@ void ImageTest::knowsItselfAndItsValue()
 
 void ImageTest::countsPointsByThePixelRatio()
 {
-    const kx::Image image = sample(30, 15, 1.5);
+    const kx::Image image = sampleImage(30, 15, 1.5);
     QCOMPARE(image.size(), QSizeF(20, 10));
     QCOMPARE(image.pixelScale(), 1.5);
     QCOMPARE(image.representations().size(), 1);
@@ -122,16 +92,16 @@ void ImageTest::countsPointsByThePixelRatio()
 
 void ImageTest::takesPixmaps()
 {
-    const kx::Image image = QPixmap::fromImage(sample(4, 4, 2));
+    const kx::Image image = QPixmap::fromImage(sampleImage(4, 4, 2));
     QCOMPARE(image.size(), QSizeF(2, 2));
-    QCOMPARE(image.toQImage(2).pixelColor(3, 3), sample(4, 4).pixelColor(3, 3));
+    QCOMPARE(image.toQImage(2).pixelColor(3, 3), sampleImage(4, 4).pixelColor(3, 3));
 }
 
 void ImageTest::findsImagesByName()
 {
     const QString name = u"indicator"_qs;
     QVERIFY(!kx::Image::named(name));
-    const kx::Image image = sample(2, 2);
+    const kx::Image image = sampleImage(2, 2);
     kx::Image::setNamed(name, image);
     QVERIFY(kx::Image::named(name) == image);
     QVERIFY(!kx::Image::named(u"indicator_hover"_qs));
@@ -150,8 +120,8 @@ void ImageTest::drawsPixelForPixel_data()
 void ImageTest::drawsPixelForPixel()
 {
     QFETCH(double, ratio);
-    const QImage pixels = sample(int(8 * ratio), int(6 * ratio), ratio);
-    QImage target = canvas(12, 12, ratio);
+    const QImage pixels = sampleImage(int(8 * ratio), int(6 * ratio), ratio);
+    QImage target = blankImage(12, 12, ratio);
     QPainter painter(&target);
     kx::Image(pixels).draw(painter, QRectF(2, 4, 8, 6));
     painter.end();
@@ -161,20 +131,20 @@ void ImageTest::drawsPixelForPixel()
 
 void ImageTest::drawsAPart()
 {
-    QImage target = canvas(8, 8);
+    QImage target = blankImage(8, 8);
     QPainter painter(&target);
-    kx::Image(sample(12, 12, 2)).draw(painter, QRectF(1, 1, 4, 6), QRectF(1, 0, 2, 3));
+    kx::Image(sampleImage(12, 12, 2)).draw(painter, QRectF(1, 1, 4, 6), QRectF(1, 0, 2, 3));
     painter.end();
-    QCOMPARE(target.copy(1, 1, 4, 6), sample(12, 12).copy(2, 0, 4, 6));
+    QCOMPARE(target.copy(1, 1, 4, 6), sampleImage(12, 12).copy(2, 0, 4, 6));
 }
 
 void ImageTest::leavesOutWhatLiesOutside()
 {
-    QImage target = canvas(8, 8);
+    QImage target = blankImage(8, 8);
     QPainter painter(&target);
-    kx::Image(plain(QSize(4, 4), Qt::red)).draw(painter, QRectF(0, 0, 8, 8), QRectF(-2, -2, 8, 8));
+    kx::Image(plainImage(QSize(4, 4), Qt::red)).draw(painter, QRectF(0, 0, 8, 8), QRectF(-2, -2, 8, 8));
     painter.end();
-    QImage expected = canvas(8, 8);
+    QImage expected = blankImage(8, 8);
     QPainter(&expected).fillRect(2, 2, 4, 4, Qt::red);
     QCOMPARE(target, expected);
 }
@@ -182,12 +152,12 @@ void ImageTest::leavesOutWhatLiesOutside()
 void ImageTest::choosesTheRepresentationForTheScale()
 {
     const kx::Image image = kx::Image::withRepresentations(QSizeF(4, 4),
-        {kx::Bitmap(plain(QSize(4, 4), Qt::red)), nullptr, kx::Bitmap(plain(QSize(8, 8), Qt::blue)),
-            kx::Bitmap(plain(QSize(12, 12), Qt::green))});
+        {kx::Bitmap(plainImage(QSize(4, 4), Qt::red)), nullptr, kx::Bitmap(plainImage(QSize(8, 8), Qt::blue)),
+            kx::Bitmap(plainImage(QSize(12, 12), Qt::green))});
     QCOMPARE(image.representations().size(), 3);
     QCOMPARE(image.pixelScale(), 3.0);
     const auto drawnAt = [&image](double ratio) {
-        QImage target = canvas(4, 4, ratio);
+        QImage target = blankImage(4, 4, ratio);
         QPainter painter(&target);
         image.draw(painter, QRectF(0, 0, 4, 4));
         painter.end();
@@ -202,12 +172,13 @@ void ImageTest::choosesTheRepresentationForTheScale()
 
 void ImageTest::extendsRepresentationsOverTheSize()
 {
-    const kx::Image image = kx::Image::withRepresentations(QSizeF(8, 2), {kx::Bitmap(plain(QSize(2, 4), Qt::red))});
-    QImage target = canvas(8, 8);
+    const kx::Image image =
+        kx::Image::withRepresentations(QSizeF(8, 2), {kx::Bitmap(plainImage(QSize(2, 4), Qt::red))});
+    QImage target = blankImage(8, 8);
     QPainter painter(&target);
     image.draw(painter, QRectF(0, 0, 8, 2));
     painter.end();
-    QImage expected = canvas(8, 8);
+    QImage expected = blankImage(8, 8);
     QPainter(&expected).fillRect(0, 0, 8, 2, Qt::red);
     QCOMPARE(target, expected);
 
@@ -230,10 +201,10 @@ void ImageTest::composites_data()
 void ImageTest::composites()
 {
     QFETCH(kx::CompositingOperation, operation);
-    QImage target = canvas(2, 1);
+    QImage target = blankImage(2, 1);
     target.setPixelColor(0, 0, Qt::red);
     QPainter painter(&target);
-    kx::Image(plain(QSize(2, 1), QColor(0, 0, 255, 128))).draw(painter, QRectF(0, 0, 2, 1), {}, operation);
+    kx::Image(plainImage(QSize(2, 1), QColor(0, 0, 255, 128))).draw(painter, QRectF(0, 0, 2, 1), {}, operation);
     QCOMPARE(painter.compositionMode(), QPainter::CompositionMode_SourceOver);
     painter.end();
     QTEST(target.pixelColor(0, 0), "onRed");
@@ -242,9 +213,9 @@ void ImageTest::composites()
 
 void ImageTest::copiesTranslucently()
 {
-    QImage target = plain(QSize(2, 1), Qt::red);
+    QImage target = plainImage(QSize(2, 1), Qt::red);
     QPainter painter(&target);
-    const kx::Image blue = plain(QSize(2, 2), Qt::blue, 2);
+    const kx::Image blue = plainImage(QSize(2, 2), Qt::blue, 2);
     blue.draw(painter, QRectF(0, 0, 1, 1), {}, kx::CompositingOperation::Copy, 0.2);
     blue.draw(painter, QRectF(1, 0, 1, 1), {}, kx::CompositingOperation::SourceOver, 0.2);
     painter.end();
@@ -261,7 +232,7 @@ void ImageTest::reducesOverAllPixels()
         for (int y = 0; y < 16; ++y)
             columns.setPixelColor(x, y, x % 4 == 0 ? Qt::white : Qt::black);
     }
-    QImage target = canvas(8, 2);
+    QImage target = blankImage(8, 2);
     QPainter painter(&target);
     kx::Image(columns).draw(painter, QRectF(0, 0, 8, 2));
     painter.end();
@@ -294,13 +265,13 @@ void ImageTest::handlersPaintAtTheScaleOfThePlace()
         painter.fillRect(QRectF(0, 0, 2, 1), Qt::red); // the top left quarter
         return true;
     });
-    QImage target = canvas(16, 16, ratio);
+    QImage target = blankImage(16, 16, ratio);
     QPainter painter(&target);
     image.draw(painter, QRectF(4, 4, 8, 4), {}, operation);
     painter.end();
     QCOMPARE(given, QRectF(0, 0, 4, 2));
     QCOMPARE(scale, 2 * ratio);
-    QImage expected = canvas(16, 16, ratio);
+    QImage expected = blankImage(16, 16, ratio);
     QPainter(&expected).fillRect(QRect(4, 4, 4, 2), Qt::red);
     QCOMPARE(target, expected);
 }
@@ -311,11 +282,11 @@ void ImageTest::handlersStayInsideTheDestination()
         painter.fillRect(rect.adjusted(-9, -9, 9, 9), Qt::red);
         return true;
     });
-    QImage target = canvas(8, 8);
+    QImage target = blankImage(8, 8);
     QPainter painter(&target);
     image.draw(painter, QRectF(2, 2, 2, 2), QRectF(0, 0, 2, 2));
     painter.end();
-    QImage expected = canvas(8, 8);
+    QImage expected = blankImage(8, 8);
     QPainter(&expected).fillRect(2, 2, 2, 2, Qt::red);
     QCOMPARE(target, expected);
 }
@@ -327,11 +298,11 @@ void ImageTest::handlersThatFailAreNotCopied()
         return false;
     });
     QVERIFY(image.toQImage(1).isNull());
-    QImage target = plain(QSize(4, 4), Qt::blue);
+    QImage target = plainImage(QSize(4, 4), Qt::blue);
     QPainter painter(&target);
     image.draw(painter, QRectF(0, 0, 4, 4), {}, kx::CompositingOperation::Copy);
     painter.end();
-    QCOMPARE(target, plain(QSize(4, 4), Qt::blue));
+    QCOMPARE(target, plainImage(QSize(4, 4), Qt::blue));
 }
 
 void ImageTest::keepsCaps_data()
@@ -349,14 +320,14 @@ void ImageTest::keepsCaps()
 {
     QFETCH(kx::ResizingMode, mode);
     QFETCH(double, ratio);
-    QImage pixels = plain(QSize(12, 12), Qt::red, 2);
+    QImage pixels = plainImage(QSize(12, 12), Qt::red, 2);
     {
         QPainter painter(&pixels);
         painter.fillRect(2, 0, 1, 6, Qt::black);
         painter.fillRect(3, 0, 1, 6, Qt::white);
     }
     const kx::Image image = kx::Image(pixels).withCapInsets({2, 2, 2, 2}, mode);
-    QImage target = canvas(12, 12, ratio);
+    QImage target = blankImage(12, 12, ratio);
     QPainter painter(&target);
     image.draw(painter, QRectF(0, 0, 12, 12));
     painter.end();
@@ -385,13 +356,8 @@ void ImageTest::keepsCaps()
 void ImageTest::survivesHostileRectangles_data()
 {
     QTest::addColumn<QRectF>("rect");
-    QTest::newRow("empty") << QRectF(1, 1, 0, 0);
-    QTest::newRow("negative") << QRectF(3, 3, -2, -2);
-    QTest::newRow("no number") << QRectF(notANumber, 0, 2, 2);
-    QTest::newRow("size of no number") << QRectF(0, 0, notANumber, 2);
-    QTest::newRow("endless") << QRectF(0, 0, infinite, 2);
-    QTest::newRow("endless origin") << QRectF(-infinite, 0, 2, 2);
-    QTest::newRow("far away") << QRectF(1e300, 1e300, 2, 2);
+    for (const auto &[name, rect] : hostileRects())
+        QTest::newRow(name) << rect;
 }
 
 void ImageTest::survivesHostileRectangles()
@@ -401,26 +367,48 @@ void ImageTest::survivesHostileRectangles()
         painter.fillRect(whole, Qt::red);
         return true;
     });
-    const kx::Image red = plain(QSize(4, 4), Qt::red);
+    const kx::Image red = plainImage(QSize(4, 4), Qt::red);
     for (const kx::Image &image : {red, drawn, red.withCapInsets({1, 1, 1, 1}, kx::ResizingMode::Tile)}) {
-        QImage target = canvas(8, 8);
+        QImage target = blankImage(8, 8);
         QPainter painter(&target);
         image.draw(painter, rect);
         image.draw(painter, QRectF(0, 0, 8, 8), rect);
         image.draw(painter, QRectF(0, 0, 8, 8), {}, kx::CompositingOperation::SourceOver, notANumber);
         image.draw(painter, QRectF(0, 0, 8, 8), {}, kx::CompositingOperation::SourceOver, -1);
         painter.end();
-        QCOMPARE(target, canvas(8, 8));
+        QCOMPARE(target, blankImage(8, 8));
+    }
+}
+
+void ImageTest::drawsIntoHugeRectangles()
+{
+    const kx::Image red = plainImage(QSize(4, 4), Qt::red);
+    const kx::Image drawn = kx::Image::imageWithSize(QSizeF(4, 4), false, [](QPainter &painter, const QRectF &whole) {
+        painter.fillRect(whole, Qt::red);
+        return true;
+    });
+    for (const double side : {1e5, 1e9, 1e100, 1e300}) {
+        const QRectF huge(-side / 2, -side / 2, side, side);
+        QImage target = blankImage(8, 8);
+        QPainter painter(&target);
+        red.draw(painter, huge);
+        if (side < 1e12) // beyond, a pixel of the image spans more than numbers resolve
+            QCOMPARE(target, plainImage(QSize(8, 8), Qt::red));
+        red.withCapInsets({1, 1, 1, 1}, kx::ResizingMode::Tile).draw(painter, huge);
+        red.draw(painter, QRectF(0, 0, 8, 8), huge); // a part of which the image is almost nothing
+        drawn.draw(painter, huge);
+        drawn.draw(painter, huge, {}, kx::CompositingOperation::Copy);
+        painter.end();
     }
 }
 
 void ImageTest::survivesHostileCaps()
 {
-    const kx::Image red = plain(QSize(4, 4), Qt::red);
+    const kx::Image red = plainImage(QSize(4, 4), Qt::red);
     for (const double inset : {-1.0, 2.0, 3.0, 1e300, infinite, notANumber}) {
         for (const auto mode : {kx::ResizingMode::Tile, kx::ResizingMode::Stretch}) {
             for (const int side : {1, 3, 7}) {
-                QImage target = canvas(side, side);
+                QImage target = blankImage(side, side);
                 QPainter painter(&target);
                 red.withCapInsets({inset, inset, inset, inset}, mode).draw(painter, QRectF(0, 0, side, side));
                 painter.end();
@@ -433,7 +421,7 @@ void ImageTest::survivesHostileCaps()
 
 void ImageTest::flattens()
 {
-    const QImage pixels = sample(8, 8, 2);
+    const QImage pixels = sampleImage(8, 8, 2);
     const kx::Image image = pixels;
     const QImage same = image.toQImage(2);
     QCOMPARE(same, pixels);
