@@ -3,11 +3,12 @@
 
 #include <KXFoundation/Platform/Core/ChildOutput.h>
 #include <KXFoundation/Platform/Core/ChildProcess.h>
+#include <KXFoundation/Platform/Core/FileTree.h>
 #include <KXFoundation/Platform/Core/Format.h>
 #include <KXFoundation/Platform/Core/Strings.h>
 #include <KXFoundation/Platform/Core/SystemVersion.h>
 
-#include <QtCore/QFileInfo>
+#include <QtCore/QDir>
 
 #include <cerrno>
 #include <utility>
@@ -17,6 +18,17 @@ namespace {
 constexpr kx::SystemVersion executableUrlVersion{10, 13};
 // Deliberate: 113, so that of the systems there are only those from 11 on report a failed launch.
 constexpr kx::SystemVersion reportingLaunchVersion{10, 113};
+
+// Absolute from now on, and with a single slash in front: behind two, a URL has the name of a host.
+QUrl fileUrlOf(const QString &path)
+{
+    if (path.isEmpty())
+        return {};
+    QString absolute = path.startsWith(u'/') ? path : kx::childPath(QDir::currentPath(), path);
+    while (absolute.startsWith(u"//"))
+        absolute.remove(0, 1);
+    return QUrl::fromLocalFile(absolute);
+}
 
 // Nothing for bytes that are not UTF-8.
 QString textOf(const QByteArray &chunk)
@@ -72,7 +84,7 @@ void KXAsyncTask::passOnExecutePath()
     if (!process)
         return;
     if (kx::systemVersion() >= executableUrlVersion)
-        process->setExecutableURL(m_executePath.isNull() ? QUrl() : QUrl::fromLocalFile(m_executePath));
+        process->setExecutableURL(fileUrlOf(m_executePath));
     else
         process->setLaunchPath(m_executePath);
 }
@@ -134,7 +146,7 @@ std::optional<KXError> KXAsyncTask::launch(kx::ChildProcess &process)
     if (kx::systemVersion() >= reportingLaunchVersion)
         return process.launch();
     const QString path = process.launchPath();
-    if (!QFileInfo::exists(path))
+    if (!kx::fileExists(path))
         return kx::ChildProcess::errorOfMissingFile(path);
     const std::optional<KXError> unreported = process.launch();
     return std::nullopt;

@@ -6,10 +6,12 @@
 #include <KXFoundation/Platform/Core/SystemVersion.h>
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QSet>
 
 #include <csignal>
 
 #include <pthread.h>
+#include <sys/wait.h>
 
 using namespace kx::test;
 
@@ -26,6 +28,16 @@ private:
     QString m_before = QDir::currentPath();
 };
 
+QSet<int> openDescriptors()
+{
+    QSet<int> numbers;
+    for (int number = 0; number < 1024; ++number) {
+        if (::fcntl(number, F_GETFD) >= 0)
+            numbers.insert(number);
+    }
+    return numbers;
+}
+
 } // namespace
 
 class KXAsyncTaskTest : public QObject {
@@ -35,7 +47,7 @@ private Q_SLOTS:
     void init()
     {
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
-        kx::setSystemVersion({11, 0, 0});
+        kx::setSystemVersion(m_systemVersion);
     }
 
     // --- properties
@@ -53,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(!task->isRunning());
     }
 
-    void standsForSystemElevenUnlessToldOtherwise() { QVERIFY(kx::systemVersion() == (kx::SystemVersion{11, 0, 0})); }
+    void standsForSystemElevenUnlessToldOtherwise() { QVERIFY(m_systemVersion == (kx::SystemVersion{11, 0, 0})); }
 
     void passesThePathOnAtOnce_data()
     {
@@ -61,6 +73,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("minor");
         QTest::newRow("launch path") << 10 << 12;
         QTest::newRow("first with a file URL") << 10 << 13;
+        QTest::newRow("last before 11") << 10 << 113;
         QTest::newRow("today") << 11 << 0;
     }
     void passesThePathOnAtOnce()
@@ -77,7 +90,55 @@ private Q_SLOTS:
         QVERIFY(task->task()->launchPath().isNull());
     }
 
+    // What a URL would read as a host, a scheme or an end of its own.
+    void namesTheSameFileOnEverySystem_data()
+    {
+        QTest::addColumn<QString>("prefix");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("two slashes") << QStringLiteral("/") << QStringLiteral("program");
+        QTest::newRow("many slashes") << QStringLiteral("///") << QStringLiteral("program");
+        QTest::newRow("upper case") << QStringLiteral("/") << QStringLiteral("Program");
+        QTest::newRow("a colon") << QString() << QStringLiteral("c:program");
+        QTest::newRow("a colon in front") << QString() << QStringLiteral(":program");
+        QTest::newRow("percent, question mark, number sign") << QString() << QStringLiteral("%41?#");
+        QTest::newRow("a space and beyond ASCII") << QString() << QStringLiteral("prüf programm 🎬");
+        QTest::newRow("a backslash") << QString() << QStringLiteral("a\\b");
+    }
+    void namesTheSameFileOnEverySystem()
+    {
+        QFETCH(const QString, prefix);
+        QFETCH(const QString, name);
+        const QTemporaryDir folder;
+        const QString upper = folder.filePath(QStringLiteral("UPPER"));
+        QVERIFY(QDir().mkdir(upper));
+        QCOMPARE(::symlink(TASK_CHILD, QFile::encodeName(QString(upper + u'/' + name)).constData()), 0);
+        const CurrentDirectory directory(upper);
+        for (const kx::SystemVersion version : {kx::SystemVersion{10, 12}, kx::SystemVersion{11, 0}}) {
+            kx::setSystemVersion(version);
+            for (const QString &path : {QString(prefix + upper + u'/' + name), name}) {
+                TaskRun run({QStringLiteral("exit"), QStringLiteral("5")});
+                run.task->setExecutePath(path);
+                QCOMPARE(run.task->executePath(), path);
+                QVERIFY2(run.run(), qPrintable(path));
+                QCOMPARE(run.task->terminationStatus(), 5);
+            }
+        }
+    }
+
     // A file URL is absolute from the beginning, a launch path is looked at when it is used.
+    void startsARelativePath()
+    {
+        const QFileInfo program(QStringLiteral(TASK_CHILD));
+        const CurrentDirectory directory(program.path());
+        for (const kx::SystemVersion version : {kx::SystemVersion{10, 12}, kx::SystemVersion{11, 0}}) {
+            kx::setSystemVersion(version);
+            TaskRun run({QStringLiteral("exit"), QStringLiteral("5")});
+            run.task->setExecutePath(program.fileName());
+            QVERIFY(run.run());
+            QCOMPARE(run.task->terminationStatus(), 5);
+        }
+    }
+
     void bindsARelativePathEarlierOnNewerSystems()
     {
         const QTemporaryDir directory;
@@ -157,172 +218,6 @@ private Q_SLOTS:
         QCOMPARE(run.texts(), QStringList{exitLine(0)});
     }
 
-    void refusesTextsThatCannotBePassed_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<QString>("variable");
-        const QString bad = QStringLiteral("a") + QChar(0) + QStringLiteral("b");
-        QTest::newRow("path") << bad << QString() << QString();
-        QTest::newRow("argument") << QStringLiteral(TASK_CHILD) << bad << QString();
-        QTest::newRow("variable") << QStringLiteral(TASK_CHILD) << QString() << bad;
-    }
-    void refusesTextsThatCannotBePassed()
-    {
-        QFETCH(const QString, path);
-        QFETCH(const QString, argument);
-        QFETCH(const QString, variable);
-        TaskRun run({argument});
-        run.task->task()->setLaunchPath(path);
-        run.task->setEnvironment(KXAsyncTask::Environment{{QStringLiteral("NAME"), variable}});
-        const std::optional<KXError> error = run.execute();
-        QVERIFY(error);
-        QCOMPARE(error->domain, kx::POSIXErrorDomain);
-        QCOMPARE(error->code, EINVAL);
-    }
-
-    // --- failures to launch
-
-    void saysThatTheExecutableIsMissing_data()
-    {
-        QTest::addColumn<int>("major");
-        QTest::addColumn<int>("minor");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("name");
-        const struct {
-            const char *name;
-            int major;
-            int minor;
-        } systems[] = {{"10.11", 10, 11}, {"10.13", 10, 13}, {"10.112", 10, 112}, {"10.113", 10, 113}, {"11.0", 11, 0}};
-        for (const auto &system : systems) {
-            const auto row = [&](const char *path, const char *name) {
-                QTest::addRow("%s %s", system.name, path)
-                    << system.major << system.minor << QString::fromUtf8(path) << QString::fromUtf8(name);
-            };
-            row("/no such/folder/program", "program");
-            row("/no such/überprüfung €", "überprüfung €");
-            row("/no such/folder/", "folder");
-            row("/no-such-file", "no-such-file");
-        }
-    }
-    void saysThatTheExecutableIsMissing()
-    {
-        QFETCH(const int, major);
-        QFETCH(const int, minor);
-        QFETCH(const QString, path);
-        QFETCH(const QString, name);
-        kx::setSystemVersion({major, minor, 0});
-        TaskRun run;
-        run.task->setExecutePath(path);
-        const std::shared_ptr<kx::ChildProcess> process = run.task->task();
-        const std::optional<KXError> error = run.execute();
-        QVERIFY(error);
-        QCOMPARE(error->domain, QStringLiteral("NSCocoaErrorDomain"));
-        QCOMPARE(error->code, 4);
-        QCOMPARE(error->localizedDescription, QString(u"The file \u201c" + name + u"\u201d doesn\u2019t exist."));
-        QCOMPARE(error->userInfo, (QVariantMap{{QStringLiteral("NSFilePath"), process->launchPath()}}));
-        QCOMPARE(QDir::cleanPath(process->launchPath()), QDir::cleanPath(path));
-        QCOMPARE(run.task->task(), process); // as it was
-        QVERIFY(!run.task->isRunning());
-        QCOMPARE(run.completions(), 0);
-        QCOMPARE(run.texts(), QStringList());
-    }
-
-    void saysSoForNoPathAtAll()
-    {
-        kx::setSystemVersion({10, 12, 0});
-        const auto absent = KXAsyncTask::initWithExecutePath(QString());
-        QCOMPARE(absent->execute().value_or(KXError()).localizedDescription,
-            QStringLiteral("The file “(null)” doesn’t exist."));
-        const auto empty = KXAsyncTask::initWithExecutePath(QStringLiteral(""));
-        QCOMPARE(
-            empty->execute().value_or(KXError()).localizedDescription, QStringLiteral("The file “” doesn’t exist."));
-    }
-
-    void doesNotLookForABareNameInPath()
-    {
-        for (const kx::SystemVersion version : {kx::SystemVersion{10, 12}, kx::SystemVersion{11, 0}}) {
-            kx::setSystemVersion(version);
-            const auto task = KXAsyncTask::initWithExecutePath(QStringLiteral("true"));
-            const std::optional<KXError> error = task->execute();
-            QVERIFY(error);
-            QCOMPARE(error->code, 4);
-            QCOMPARE(error->localizedDescription, QStringLiteral("The file “true” doesn’t exist."));
-        }
-    }
-
-    void startsARelativePath()
-    {
-        const QFileInfo program(QStringLiteral(TASK_CHILD));
-        const CurrentDirectory directory(program.path());
-        for (const kx::SystemVersion version : {kx::SystemVersion{10, 12}, kx::SystemVersion{11, 0}}) {
-            kx::setSystemVersion(version);
-            TaskRun run({QStringLiteral("exit"), QStringLiteral("5")});
-            run.task->setExecutePath(program.fileName());
-            QVERIFY(run.run());
-            QCOMPARE(run.task->terminationStatus(), 5);
-        }
-    }
-
-    void reportsOtherFailuresOfTheSystem()
-    {
-        const QTemporaryDir directory;
-        TaskRun run;
-        run.task->setExecutePath(directory.path()); // a directory
-        std::optional<KXError> error = run.execute();
-        QVERIFY(error);
-        QCOMPARE(error->domain, kx::POSIXErrorDomain);
-        QCOMPARE(error->code, EACCES);
-
-        const QString script = directory.filePath(QStringLiteral("script"));
-        QFile file(script);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("#!/no/such/interpreter\n");
-        file.close();
-        QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner));
-        run.task->setExecutePath(script); // there, but not what it needs
-        error = run.execute();
-        QVERIFY(error);
-        QCOMPARE(error->domain, kx::POSIXErrorDomain);
-        QCOMPARE(error->code, ENOENT);
-        QCOMPARE(run.completions(), 0);
-    }
-
-    void doesNotReportThemOnOlderSystems()
-    {
-        kx::setSystemVersion({10, 112, 0});
-        const QTemporaryDir directory;
-        TaskRun run;
-        run.task->setExecutePath(directory.path());
-        const std::shared_ptr<kx::ChildProcess> process = run.task->task();
-        QVERIFY(!run.execute());
-        QVERIFY(!run.task->isRunning());
-        QVERIFY(!process->isLaunched());
-        QCOMPARE(run.task->task(), process);
-        QCOMPARE(run.completions(), 0);
-    }
-
-    void canBeTriedAgainAfterAFailure()
-    {
-        TaskRun run({QStringLiteral("out"), QStringLiteral("done")});
-        run.task->setExecutePath(QStringLiteral("/no/such/program"));
-        QVERIFY(run.execute());
-        run.task->setExecutePath(QStringLiteral(TASK_CHILD));
-        QVERIFY(run.run());
-        QCOMPARE(run.texts(), (QStringList{QStringLiteral("done"), exitLine(0)}));
-    }
-
-    void letsGoOfTheCompletionAfterAFailure()
-    {
-        std::weak_ptr<KXAsyncTask> weak;
-        {
-            const auto task = KXAsyncTask::initWithExecutePath(QStringLiteral("/no/such/program"));
-            weak = task;
-            QVERIFY(task->execute([task](const std::shared_ptr<KXAsyncTask> &) {}));
-        }
-        QVERIFY(weak.expired());
-    }
-
     // --- once
 
     void doesNothingAfterTheEnd()
@@ -367,6 +262,35 @@ private Q_SLOTS:
         QCOMPARE(run.texts().first(), QStringLiteral("0 1 2 "));
     }
 
+    // What a program keeps for its forks (and the system's copying of its memory) is no concern of a launch.
+    void isNotAForkOfTheHost()
+    {
+        static std::atomic<int> forks = 0;
+        QCOMPARE(pthread_atfork([] { ++forks; }, nullptr, nullptr), 0);
+        TaskRun run;
+        QVERIFY(run.run());
+        QCOMPARE(forks.load(), 0);
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::_exit(0);
+        QCOMPARE(::waitpid(child, nullptr, 0), child);
+        QCOMPARE(forks.load(), 1); // so that a fork would have shown
+    }
+
+    void keepsItsDescriptorsFromOtherChildren()
+    {
+        const Gate gate;
+        TaskRun run({QStringLiteral("await"), gate.path()});
+        const QSet<int> before = openDescriptors();
+        QVERIFY(!run.execute());
+        const QSet<int> added = openDescriptors() - before;
+        QVERIFY(!added.isEmpty());
+        for (const int number : added)
+            QVERIFY2((::fcntl(number, F_GETFD) & FD_CLOEXEC) != 0, qPrintable(QString::number(number)));
+        gate.open();
+        QVERIFY(run.wait());
+    }
+
     void startsWhenTheHostHasClosedItsOwn()
     {
         const int input = ::fcntl(0, F_DUPFD_CLOEXEC, 10);
@@ -406,6 +330,9 @@ private Q_SLOTS:
         QVERIFY(well);
         QCOMPARE(run.texts().first(), QStringLiteral("blocked: ignored:"));
     }
+
+private:
+    const kx::SystemVersion m_systemVersion = kx::systemVersion(); // before anyone sets it
 };
 
 QTEST_GUILESS_MAIN(KXAsyncTaskTest)

@@ -3,12 +3,12 @@
 
 #include <KXFoundation/Platform/Core/ChildOutput.h>
 #include <KXFoundation/Platform/Core/ChildProcessHandle.h>
+#include <KXFoundation/Platform/Core/FileTree.h>
 #include <KXFoundation/Platform/Core/Format.h>
 #include <KXFoundation/Platform/Core/Threads.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -23,11 +23,10 @@ namespace {
 
 constexpr int fileNoSuchFile = 4; // of kx::CocoaErrorDomain
 
-QString lastPathComponent(QStringView path)
+QString lastPathComponent(const QString &path)
 {
-    while (path.size() > 1 && path.endsWith(u'/'))
-        path.chop(1);
-    return path.size() > 1 ? path.sliced(path.lastIndexOf(u'/') + 1).toString() : path.toString();
+    const QString name = withoutTrailingSlashes(path);
+    return name.size() > 1 ? name.sliced(name.lastIndexOf(u'/') + 1) : name;
 }
 
 ChildProcessImage imageOf(
@@ -147,7 +146,7 @@ std::optional<KXError> ChildProcess::launch()
     if (errorNumber == 0)
         return std::nullopt;
     // A script whose interpreter is missing is there itself.
-    if (errorNumber == ENOENT && !QFileInfo::exists(m_launchPath))
+    if (errorNumber == ENOENT && !fileExists(m_launchPath))
         return errorOfMissingFile(m_launchPath);
     return KXError::fromErrno(errorNumber);
 }
@@ -225,8 +224,8 @@ ChildProcess::TerminationReason ChildProcess::terminationReason() const
 
 KXError ChildProcess::errorOfMissingFile(const QString &path)
 {
-    const QString name = path.isNull() ? QString() : lastPathComponent(path);
-    return {CocoaErrorDomain, fileNoSuchFile, format(u"The file “%@” doesn’t exist.", name), {{FilePathKey, path}}};
+    return {CocoaErrorDomain, fileNoSuchFile, format(u"The file “%@” doesn’t exist.", lastPathComponent(path)),
+        {{FilePathKey, path}}};
 }
 
 } // namespace kx

@@ -64,6 +64,12 @@ bool isDirectory(const QString &path)
     return std::filesystem::is_directory(nativePath(path), unreadable);
 }
 
+bool fileExists(const QString &path)
+{
+    std::error_code unreachable;
+    return canNameAFile(path) && std::filesystem::exists(nativePath(path), unreachable);
+}
+
 bool somethingExists(const QString &path)
 {
     return ownStatus(path).has_value();

@@ -26,6 +26,9 @@ namespace kx {
 /// True when a directory is at the path, be it through a link.
 [[nodiscard]] bool isDirectory(const QString &path);
 
+/// True when something is at the path, a link counting as what it leads to.
+[[nodiscard]] bool fileExists(const QString &path);
+
 /// True when anything has this name, be it only a link that leads nowhere.
 [[nodiscard]] bool somethingExists(const QString &path);
 

@@ -49,6 +49,25 @@ private Q_SLOTS:
         QVERIFY(QFile::link(path("nowhere"), path("link")));
         QVERIFY(kx::somethingExists(path("link")));
         QVERIFY(!kx::somethingExists(path("nowhere")));
+        QVERIFY(!kx::fileExists(path("link")));
+    }
+
+    void findsWhatIsThere()
+    {
+        const QString odd = m_directory->path() + u"/:folder"; // Qt takes it for a resource where it stands alone
+        QCOMPARE(kx::makeDirectories(odd), std::error_code());
+        QVERIFY(QFile::link(odd, path("link")));
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(m_directory->path());
+        const bool found = kx::fileExists(QStringLiteral(":folder")) && kx::fileExists(QStringLiteral("link"));
+        QDir::setCurrent(before);
+        QVERIFY(found);
+        QVERIFY(kx::fileExists(odd));
+        QVERIFY(!kx::fileExists(path("missing")));
+        QVERIFY(!kx::fileExists(path("link/missing")));
+        QVERIFY(!kx::fileExists(QString(odd + QChar(0))));
+        QVERIFY(!kx::fileExists(QString()));
+        QVERIFY(!kx::fileExists(QStringLiteral(":/no-resource")));
     }
 
     void tellsTheTimeOfALinkItself()
