@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/ChildProcessHandle.h>
 
+#include <KXFoundation/Platform/Core/Descriptor.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -23,37 +25,6 @@ constexpr qsizetype smallRead = 64 * 1024; // what a pipe holds unless asked for
 constexpr qsizetype largeRead = 1024 * 1024; // the most that the system allows everybody
 // How often a child whose output is open is asked whether it has ended, where the system cannot tell by itself.
 constexpr int askInterval = 20; // milliseconds
-
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1)
-        : m_number(number)
-    {
-    }
-    Descriptor(Descriptor &&other) noexcept
-        : m_number(std::exchange(other.m_number, -1))
-    {
-    }
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor() { close(); }
-
-    void close()
-    {
-        if (m_number >= 0)
-            ::close(std::exchange(m_number, -1));
-    }
-    [[nodiscard]] int number() const { return m_number; }
-    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
-
-private:
-    int m_number;
-};
 
 struct Pipe {
     Descriptor reading;
@@ -149,10 +120,7 @@ Descriptor openProcess(pid_t child)
 bool hasEnded(pid_t child, int options)
 {
     siginfo_t info{};
-    int result = 0;
-    do {
-        result = ::waitid(P_PID, id_t(child), &info, WEXITED | WNOWAIT | options);
-    } while (result < 0 && errno == EINTR);
+    const int result = uninterrupted([&] { return ::waitid(P_PID, id_t(child), &info, WEXITED | WNOWAIT | options); });
     return result < 0 || info.si_pid == child;
 }
 
@@ -169,10 +137,7 @@ struct ChildProcessHandle::Private {
     void read(QByteArray &buffer, qsizetype limit)
     {
         buffer.resize(limit);
-        ssize_t length = 0;
-        do {
-            length = ::read(output.number(), buffer.data(), size_t(limit));
-        } while (length < 0 && errno == EINTR);
+        const ssize_t length = uninterrupted([&] { return ::read(output.number(), buffer.data(), size_t(limit)); });
         buffer.resize(std::max<ssize_t>(length, 0));
         if (length == 0 || (length < 0 && errno != EAGAIN))
             output.close();
@@ -252,11 +217,7 @@ bool ChildProcessHandle::waitForOutput(QByteArray &buffer)
 ChildProcessEnd ChildProcessHandle::reap()
 {
     int status = 0;
-    pid_t result = 0;
-    do {
-        result = ::waitpid(d->child, &status, 0);
-    } while (result < 0 && errno == EINTR);
-    if (result != d->child)
+    if (uninterrupted([&] { return ::waitpid(d->child, &status, 0); }) != d->child)
         return {};
     if (WIFSIGNALED(status))
         return {true, WTERMSIG(status)};

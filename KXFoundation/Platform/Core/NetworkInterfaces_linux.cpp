@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/NetworkInterfaces.h>
 
+#include <KXFoundation/Platform/Core/Descriptor.h>
 #include <KXFoundation/Platform/Core/PrimaryInterface.h>
 
 #include <QtCore/QFile>
@@ -17,29 +18,10 @@
 #include <netinet/in.h>
 #include <netpacket/packet.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace kx {
 
 namespace {
-
-class Socket {
-public:
-    Socket()
-        : m_descriptor(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE))
-    {
-    }
-    ~Socket()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    Q_DISABLE_COPY_MOVE(Socket)
-    operator int() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 // The kernel answers while it takes the request, so nothing below ever waits.
 bool askForLink(int socket, unsigned index)
@@ -104,16 +86,16 @@ std::variant<LinkAddress, LinkFailure> linkAddress(const QString &interfaceName)
     const unsigned index = ::if_nametoindex(QFile::encodeName(interfaceName).constData());
     if (index == 0)
         return LinkFailure::NoInterface;
-    const Socket socket;
-    if (socket < 0 || !askForLink(socket, index))
+    const Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
+    if (!socket.isOpen() || !askForLink(socket.number(), index))
         return LinkFailure::NoSize;
-    const ssize_t size = ::recv(socket, nullptr, 0, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
+    const ssize_t size = ::recv(socket.number(), nullptr, 0, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
     if (size <= 0)
         return LinkFailure::NoSize;
     const std::unique_ptr<char[]> buffer(new (std::nothrow) char[size_t(size)]);
     if (!buffer)
         return LinkFailure::NoMemory;
-    if (::recv(socket, buffer.get(), size_t(size), MSG_DONTWAIT) != size)
+    if (::recv(socket.number(), buffer.get(), size_t(size), MSG_DONTWAIT) != size)
         return LinkFailure::NoContent;
     if (const auto address = addressIn(reinterpret_cast<const nlmsghdr *>(buffer.get()), size_t(size)))
         return *address;

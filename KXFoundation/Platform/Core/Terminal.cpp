@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/Terminal.h>
 
+#include <KXFoundation/Platform/Core/Descriptor.h>
+
 #include <QtCore/QByteArray>
 
 #include <cerrno>
@@ -21,15 +23,7 @@ void writeLineToStandardError(QStringView line)
 {
     QByteArray bytes = line.toUtf8();
     bytes += '\n';
-    QByteArrayView rest = bytes;
-    while (!rest.isEmpty()) {
-        const ssize_t written = ::write(STDERR_FILENO, rest.data(), size_t(rest.size()));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return;
-        rest = rest.sliced(written);
-    }
+    writeAll(STDERR_FILENO, bytes);
 }
 
 } // namespace kx

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/Core/UpdateFile.h>
 
+#include <KXFoundation/Platform/Core/Descriptor.h>
+
 #include <QtCore/QFile>
 
 #include <cerrno>
@@ -39,15 +41,7 @@ UpdateFile::~UpdateFile()
 
 bool UpdateFile::write(QByteArrayView bytes)
 {
-    while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(m_descriptor, bytes.data(), size_t(bytes.size()));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        bytes = bytes.sliced(written);
-    }
-    return true;
+    return writeAll(m_descriptor, bytes);
 }
 
 bool UpdateFile::synchronize()
