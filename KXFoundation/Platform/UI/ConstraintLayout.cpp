@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ConstraintLayout.h>
 
-#include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/LinearEquations.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
@@ -98,7 +97,7 @@ void ConstraintLayout::apply(ViewInterface &superview)
     // other is bound to.
     QList<double> present;
     for (const QPointer<QWidget> &view : std::as_const(views)) {
-        const QRectF place = flippedRect(ViewInterface::of(view)->frame(), height);
+        const QRectF place = superview.widgetRect(ViewInterface::of(view)->frame());
         present << place.x() << place.y() << place.width() << place.height();
     }
     for (const bool sizes : {true, false}) {
@@ -115,7 +114,7 @@ void ConstraintLayout::apply(ViewInterface &superview)
     for (int i = 0; i < views.size(); ++i) {
         const double *at = &solved.at(i * UnknownsPerView);
         if (ViewInterface *view = ViewInterface::of(views.at(i)))
-            view->setFrame(flippedRect({at[X], at[Y], at[Width], at[Height]}, height));
+            view->setFrame(superview.widgetRect({at[X], at[Y], at[Width], at[Height]}));
     }
 }
 

@@ -14,7 +14,10 @@ bool pointInRect(const QPointF &point, const QRectF &rect)
 
 QPointF pointerToYUp(const QPointF &position, double height, double devicePixelRatio)
 {
-    return {position.x(), height - position.y() - 1 / devicePixelRatio};
+    // A ratio such as 1.5 leaves the last row of pixels a rounding error away from 0, on either side of it.
+    const double y = height - position.y() - 1 / devicePixelRatio;
+    const double whole = std::round(y);
+    return {position.x(), std::abs(y - whole) < 1e-6 ? whole : y};
 }
 
 QRectF flippedRect(const QRectF &rect, double height)

@@ -7,23 +7,17 @@
 #include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 #include <KXFoundation/Platform/UI/ViewController.h>
+#include <KXFoundation/Platform/UI/ViewWatch.h>
 
-#include <QtCore/QEvent>
-#include <QtCore/QPointer>
 #include <QtWidgets/QLayout>
-#include <QtWidgets/QWidget>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace kx {
 
 namespace {
-
-QRectF frameIn(const QWidget *parent, const QRect &geometry)
-{
-    return parent ? flippedRect(geometry, parent->height()) : QRectF(geometry);
-}
 
 bool isPlacedBy(const QLayout *layout, const QWidget *widget)
 {
@@ -42,6 +36,7 @@ ViewInterface::ViewInterface(QWidget &widget)
 {
     widget.setGeometry(0, 0, 0, 0);
     m_settledSize = widget.size();
+    ViewWatch::start();
 }
 
 ViewInterface::~ViewInterface()
@@ -59,16 +54,24 @@ QRectF ViewInterface::frame() const
 {
     if (ViewInterface *above = superview())
         above->settleSubviews();
-    return frameIn(m_widget->parentWidget(), m_widget->geometry());
+    return inSuperview(m_widget->geometry());
 }
 
 void ViewInterface::setFrame(const QRectF &frame)
 {
     if (ViewInterface *above = superview())
         above->settleSubviews();
-    const QWidget *parent = m_widget->parentWidget();
-    m_widget->setGeometry(edgesRounded(parent ? flippedRect(frame, parent->height()) : frame));
+    m_widget->setGeometry(edgesRounded(inSuperview(frame)));
     settleSubviews();
+}
+
+// Between the parent's pixels and the coordinates in which frames count there; its own inverse.
+QRectF ViewInterface::inSuperview(const QRectF &rect) const
+{
+    if (m_widget->isWindow())
+        return rect;
+    const ViewInterface *above = superview();
+    return above ? above->widgetRect(rect) : flippedRect(rect, m_widget->parentWidget()->height());
 }
 
 QRectF ViewInterface::bounds() const
@@ -78,7 +81,7 @@ QRectF ViewInterface::bounds() const
 
 bool ViewInterface::translatesAutoresizingMaskIntoConstraints() const
 {
-    const QWidget *parent = m_widget->parentWidget();
+    const QWidget *parent = m_widget->isWindow() ? nullptr : m_widget->parentWidget();
     return m_translatesMask.value_or(!parent || !isPlacedBy(parent->layout(), m_widget));
 }
 
@@ -119,6 +122,25 @@ void ViewInterface::removeFromSuperview()
     setFrame(old);
 }
 
+QSizeF ViewInterface::intrinsicContentSize() const
+{
+    return {-1, -1};
+}
+
+void ViewInterface::invalidateIntrinsicContentSize()
+{
+    m_widget->updateGeometry();
+}
+
+QSize ViewInterface::hintedSize(const QSize &base) const
+{
+    const QSizeF size = intrinsicContentSize();
+    const auto hint = [](double asked, int otherwise) {
+        return asked >= 0 ? int(std::ceil(std::min(asked, double(QWIDGETSIZE_MAX)))) : otherwise;
+    };
+    return {hint(size.width(), base.width()), hint(size.height(), base.height())};
+}
+
 Responder *ViewInterface::nextResponder() const
 {
     return m_controller ? m_controller : responderAbove();
@@ -142,16 +164,27 @@ bool ViewInterface::isExplicitlyHidden() const
 
 ViewInterface *ViewInterface::hitTest(const QPointF &point)
 {
-    const QRectF area = frame();
-    if (isExplicitlyHidden() || !pointInRect(point, area))
+    if (isExplicitlyHidden() || !pointInRect(point, frame()))
         return nullptr;
+    const QPointF inside = pointFromSuperview(point);
     QList<ViewInterface *> fromTheTop = subviews();
     std::reverse(fromTheTop.begin(), fromTheTop.end());
     for (ViewInterface *view : std::as_const(fromTheTop)) {
-        if (ViewInterface *hit = view->hitTest(point - area.topLeft()))
+        if (ViewInterface *hit = view->hitTest(inside))
             return hit;
     }
     return this;
+}
+
+// Of the place of a device pixel: it stays within the view's bounds whichever way y grows.
+QPointF ViewInterface::pointFromSuperview(const QPointF &point) const
+{
+    const QRectF area = frame();
+    const ViewInterface *above = superview();
+    const QPointF inside = point - area.topLeft();
+    if ((above && above->isFlipped()) == isFlipped())
+        return inside;
+    return pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF());
 }
 
 bool ViewInterface::isFlipped() const
@@ -171,6 +204,13 @@ QPointF ViewInterface::convertPointFromView(const QPointF &point, const ViewInte
     return {p.x() - area.x(), isFlipped() ? area.y() + area.height() - p.y() : p.y() - area.y()};
 }
 
+QPointF ViewInterface::locationInView(const Event &event) const
+{
+    const QRectF area = convertRectToView(bounds());
+    const QPointF inside = event.locationInWindow() - area.topLeft();
+    return isFlipped() ? pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF()) : inside;
+}
+
 QRectF ViewInterface::convertRectToView(const QRectF &rect, const ViewInterface *view) const
 {
     const QRectF inWidget = widgetRect(rect);
@@ -187,79 +227,23 @@ QRectF ViewInterface::widgetRect(const QRectF &rect) const
     return isFlipped() ? rect : flippedRect(rect, m_widget->height());
 }
 
-QWidget *ViewInterface::shownWindow() const
+void ViewInterface::settleWindow()
 {
-    QWidget *window = m_widget->window();
-    return window->isVisible() ? window : nullptr;
+    QWidget *top = m_widget->window();
+    const QPointer<QWidget> window(top->isVisible() || top == m_window ? top : nullptr);
+    const QPointer<QWidget> before(m_window);
+    if (window == before)
+        return;
+    viewWillMoveToWindow(window);
+    if (m_window != before) // it has been moved on meanwhile
+        return;
+    m_window = window;
+    viewDidMoveToWindow();
 }
 
-void ViewInterface::mouseDown(Event *event)
-{
-    handToBase(event);
-}
+void ViewInterface::viewWillMoveToWindow(QWidget *) { }
 
-void ViewInterface::mouseUp(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::mouseDragged(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::rightMouseDown(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::rightMouseUp(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::rightMouseDragged(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::otherMouseDown(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::otherMouseUp(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::otherMouseDragged(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::scrollWheel(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::keyDown(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::keyUp(Event *event)
-{
-    handToBase(event);
-}
-
-void ViewInterface::mouseEntered(Event *) { }
-
-void ViewInterface::mouseExited(Event *) { }
-
-void ViewInterface::mouseMoved(Event *) { }
-
-void ViewInterface::cursorUpdate(Event *) { }
+void ViewInterface::viewDidMoveToWindow() { }
 
 void ViewInterface::addTrackingArea(const TrackingAreaRef &area)
 {
@@ -273,47 +257,9 @@ void ViewInterface::removeTrackingArea(const TrackingAreaRef &area)
 
 void ViewInterface::updateTrackingAreas() { }
 
-bool ViewInterface::routeEvent(QEvent &event)
+void ViewInterface::wasResized()
 {
-    using Handler = void (ViewInterface::*)(Event *);
-    if (!event.isInputEvent())
-        return false;
-    Event wrapped(event, m_widget->window());
-    Handler handler = nullptr;
-    switch (wrapped.type()) {
-    case EventType::LeftMouseDown: handler = &ViewInterface::mouseDown; break;
-    case EventType::LeftMouseUp: handler = &ViewInterface::mouseUp; break;
-    case EventType::LeftMouseDragged: handler = &ViewInterface::mouseDragged; break;
-    case EventType::RightMouseDown: handler = &ViewInterface::rightMouseDown; break;
-    case EventType::RightMouseUp: handler = &ViewInterface::rightMouseUp; break;
-    case EventType::RightMouseDragged: handler = &ViewInterface::rightMouseDragged; break;
-    case EventType::OtherMouseDown: handler = &ViewInterface::otherMouseDown; break;
-    case EventType::OtherMouseUp: handler = &ViewInterface::otherMouseUp; break;
-    case EventType::OtherMouseDragged: handler = &ViewInterface::otherMouseDragged; break;
-    case EventType::ScrollWheel: handler = &ViewInterface::scrollWheel; break;
-    case EventType::KeyDown: handler = &ViewInterface::keyDown; break;
-    case EventType::KeyUp: handler = &ViewInterface::keyUp; break;
-    default: return false;
-    }
-    const QPointer<QWidget> alive(m_widget);
-    QEvent *outer = std::exchange(m_live, &event);
-    event.accept();
-    (this->*handler)(&wrapped);
-    if (alive)
-        m_live = outer;
-    return true;
-}
-
-void ViewInterface::handToBase(Event *event)
-{
-    if (event && m_live)
-        baseEvent(*m_live);
-}
-
-void ViewInterface::viewEvent(const QEvent &event)
-{
-    if (event.type() == QEvent::Resize)
-        settleSubviews();
+    settleSubviews();
 }
 
 // Not driven by the resize event alone: a widget that is not shown gets that one only when it is, and without its old
@@ -327,9 +273,12 @@ void ViewInterface::settleSubviews()
     for (ViewInterface *view : subviews()) {
         if (!view->translatesAutoresizingMaskIntoConstraints())
             continue;
-        const QRectF old = flippedRect(view->m_widget->geometry(), before.height());
+        const auto upright = [this](const QRectF &rect, double height) {
+            return isFlipped() ? rect : flippedRect(rect, height);
+        };
+        const QRectF old = upright(view->m_widget->geometry(), before.height());
         const QRectF frame = autoresized(old, before, size, view->m_autoresizingMask);
-        view->m_widget->setGeometry(edgesRounded(flippedRect(frame, size.height())));
+        view->m_widget->setGeometry(edgesRounded(upright(frame, size.height())));
         view->settleSubviews();
     }
     if (m_constraints)

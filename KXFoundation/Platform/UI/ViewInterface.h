@@ -8,14 +8,16 @@
 
 #include <QtCore/QList>
 #include <QtCore/QPointF>
+#include <QtCore/QPointer>
 #include <QtCore/QRectF>
+#include <QtWidgets/QWidget>
 
 #include <memory>
+#include <optional>
 
 class QEvent;
 class QPaintEvent;
 class QPainter;
-class QWidget;
 
 namespace kx {
 
@@ -39,8 +41,9 @@ public:
     /// The view that the widget is, or null for a plain widget.
     [[nodiscard]] static ViewInterface *of(QWidget *widget);
 
-    /// The place in the superview (or in a plain parent widget), from its bottom left. Without either there is nothing
-    /// to count upwards from: the origin is then the widget's position as Qt has it. Empty for a new view.
+    /// The place in the superview, in that one's coordinates, or in a plain parent widget, from its bottom left.
+    /// Without either there is nothing to count upwards from: the origin is then the widget's position as Qt has it.
+    /// Empty for a new view.
     [[nodiscard]] QRectF frame() const;
     /// Moves each edge to the nearest whole pixel.
     void setFrame(const QRectF &frame);
@@ -52,6 +55,12 @@ public:
     /// Whether the mask acts. Unless set: when no QLayout places the view. Layout constraints act in any case, and win.
     [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates) { m_translatesMask = translates; }
+
+    /// The size that the content asks for; a length below 0 asks for none, as both do here. The next whole numbers are
+    /// the widget's size hint.
+    [[nodiscard]] virtual QSizeF intrinsicContentSize() const;
+    /// To be called when that size has changed: the layout that the view is in asks again.
+    void invalidateIntrinsicContentSize();
 
     /// The view that this one is a subview of; null in a plain widget.
     [[nodiscard]] ViewInterface *superview() const;
@@ -72,7 +81,8 @@ public:
     [[nodiscard]] bool isExplicitlyHidden() const;
 
     /// The topmost view at `point`, this one or one below it, or null when the point meets none. The point counts in
-    /// the superview's coordinates. Hidden views are not met. Override it to give the view another shape.
+    /// the superview's coordinates and is the place of a device pixel, as locationInView() has it. Hidden views are not
+    /// met. Override it to give the view another shape.
     [[nodiscard]] virtual ViewInterface *hitTest(const QPointF &point);
 
     // --- coordinates ---------------------------------------------------------------------------------------------
@@ -82,6 +92,10 @@ public:
     [[nodiscard]] virtual bool isFlipped() const;
     /// A point of the coordinates of `view`, or of the window when that is null, in this view's own.
     [[nodiscard]] QPointF convertPointFromView(const QPointF &point, const ViewInterface *view = nullptr) const;
+    /// Where an event of the pointer is, in this view's own coordinates: within bounds() for every pixel of the view.
+    /// (Converting its location in the window gives that as well, except that flipped views get each pixel's lower
+    /// edge.)
+    [[nodiscard]] QPointF locationInView(const Event &event) const;
     /// A rectangle of this view's coordinates in those of `view`, or of the window when that is null.
     [[nodiscard]] QRectF convertRectToView(const QRectF &rect, const ViewInterface *view = nullptr) const;
     /// Between this view's coordinates and its widget's; its own inverse. What drawRect() paints goes through it.
@@ -89,14 +103,28 @@ public:
 
     // --- the window ----------------------------------------------------------------------------------------------
 
-    /// The top-level widget that the view is in, once that is shown; null until then.
-    [[nodiscard]] QWidget *shownWindow() const;
+    /// The top-level widget that the view is in, from the moment at which it is shown there; null until then. Stays
+    /// while the window is hidden. A view on its own is its own window.
+    [[nodiscard]] QWidget *shownWindow() const { return m_window; }
+    /// Called around a change of shownWindow(), by the view or by anything that it is in; null for none. Not called
+    /// when the view or the window is destroyed. They do nothing here.
+    virtual void viewWillMoveToWindow(QWidget *window);
+    virtual void viewDidMoveToWindow();
+
+    /// Whether a click makes the view the one that gets the keyboard. Here: if its focus policy says so. An override
+    /// that returns true need not set a policy.
+    [[nodiscard]] virtual bool acceptsFirstResponder() const;
+    /// Whether a press on the view may move a window that is movable by its background. Here: unless the widget says
+    /// that it paints all of its area.
+    [[nodiscard]] virtual bool mouseDownCanMoveWindow() const;
 
     // --- events --------------------------------------------------------------------------------------------------
 
     // The event may be null: some are sent by the view to itself, to end what is in progress. The implementations here
     // hand the event to the widget class beneath, which may let it go on to the parent; an override that does not call
-    // them swallows the event. A handler may delete the view.
+    // them swallows the event, a right press together with the context menu that it would bring. Disabled views get
+    // events too. The second press of a double click is a press with a click count of 2. A handler may delete the view,
+    // except that rightMouseDown() must leave that to deleteLater(): Qt still asks the widget for its context menu.
 
     virtual void mouseDown(Event *event);
     virtual void mouseUp(Event *event);
@@ -156,21 +184,29 @@ public:
 protected:
     explicit ViewInterface(QWidget &widget);
 
-    /// Lets a mouse, wheel or key event reach its handler. False when it has none; then it is the base class's.
+    /// Lets a mouse, wheel or key event reach its handler. False when it has none; then it is the base class's. The
+    /// view may be gone afterwards.
     [[nodiscard]] bool routeEvent(QEvent &event);
     /// What the widget class beneath does with an event.
     virtual bool baseEvent(QEvent &event) = 0;
     /// Paints the view, within a paint event of its widget.
     void paint(const QPaintEvent &event);
-    /// To be called after the base class has handled an event.
-    void viewEvent(const QEvent &event);
+    /// To be called after the base class has handled a resize event.
+    void wasResized();
+    /// The size hint of a view whose class beneath hints at `base`.
+    [[nodiscard]] QSize hintedSize(const QSize &base) const;
 
 private:
     friend class ConstraintLayout;
     friend class ViewController;
+    friend class ViewWatch;
 
     [[nodiscard]] Responder *responderAbove() const;
+    [[nodiscard]] QRectF inSuperview(const QRectF &rect) const;
+    [[nodiscard]] QPointF pointFromSuperview(const QPointF &point) const;
     void settleSubviews();
+    void settleWindow();
+    void takeFocusByClick();
     void handToBase(Event *event);
     void compose(QPainter &painter, const QRect &area);
     [[nodiscard]] double alphaOnScreen() const;
@@ -178,7 +214,13 @@ private:
     QWidget *const m_widget;
     ViewController *m_controller = nullptr; // set and cleared by the controller
     QList<TrackingAreaRef> m_trackingAreas;
-    QEvent *m_live = nullptr; // the event that is being routed
+    QPointer<QWidget> m_window;
+    struct Live {
+        QEvent *event;
+        bool handedToBase = false;
+    };
+    Live *m_live = nullptr; // the event that is being routed
+    bool m_rightPressSwallowed = false;
     std::unique_ptr<Layer> m_layer;
     double m_alphaValue = 1;
     bool m_wantsLayer = false;

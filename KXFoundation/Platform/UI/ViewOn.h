@@ -5,6 +5,7 @@
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <QtCore/QEvent>
+#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 #include <utility>
@@ -22,14 +23,20 @@ public:
     {
     }
 
+    [[nodiscard]] QSize sizeHint() const override { return hintedSize(Base::sizeHint()); }
+
 protected:
     bool event(QEvent *event) override
     {
         // Before the base class: some controls act on presses in event() itself.
         if (routeEvent(*event))
             return true;
+        if (event->type() != QEvent::Resize)
+            return Base::event(event);
+        const QPointer<QWidget> alive(this);
         const bool handled = Base::event(event);
-        viewEvent(*event);
+        if (alive)
+            wasResized();
         return handled;
     }
     bool baseEvent(QEvent &event) override { return Base::event(&event); }

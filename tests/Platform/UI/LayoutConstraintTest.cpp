@@ -38,6 +38,7 @@ private Q_SLOTS:
 
     void bindsToTheSuperview_data();
     void bindsToTheSuperview();
+    void bindsInAFlippedSuperviewAlike();
     void bindsToAViewBeside();
     void bindsASizeToTheOtherDirection();
     void bindsTwoEdges();
@@ -117,6 +118,23 @@ void LayoutConstraintTest::bindsToTheSuperview()
     bound->setActive(true);
     QVERIFY(bound->isActive());
     QTEST(m_view->geometry(), "geometry");
+}
+
+void LayoutConstraintTest::bindsInAFlippedSuperviewAlike()
+{
+    class Flipped : public kx::View {
+    public:
+        bool isFlipped() const override { return true; }
+    };
+    Flipped root;
+    root.setFrame(QRectF(0, 0, 200, 100));
+    kx::View view;
+    view.setFrame(QRectF(10, 60, 20, 30));
+    root.addSubview(view);
+    constraint(view, Attribute::Top, &root, Attribute::Top, 1, 12)->setActive(true);
+    QCOMPARE(view.geometry(), QRect(10, 12, 20, 30));
+    root.setFrame(QRectF(0, 0, 200, 300));
+    QCOMPARE(view.geometry(), QRect(10, 12, 20, 30));
 }
 
 void LayoutConstraintTest::bindsToAViewBeside()

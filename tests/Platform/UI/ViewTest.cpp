@@ -22,6 +22,21 @@ public:
     QPointF asked;
 };
 
+/// Counts y downwards.
+class Flipped : public kx::View {
+public:
+    using kx::View::View;
+    bool isFlipped() const override { return true; }
+};
+
+/// Asks for a size.
+class Sized : public kx::View {
+public:
+    using kx::View::View;
+    QSizeF intrinsicContentSize() const override { return wanted; }
+    QSizeF wanted;
+};
+
 constexpr auto fills = kx::Autoresizing::Width | kx::Autoresizing::Height;
 
 } // namespace
@@ -49,6 +64,13 @@ private Q_SLOTS:
     void hitsTheTopmostView();
     void hitsNothingOutsideOrHidden();
     void asksInTheCoordinatesOfTheSuperview();
+    void placesFramesFromTheTopOfAFlippedSuperview();
+    void keepsSubviewsAtTheTopOfAFlippedSuperview();
+    void hitsEveryRowInFlippedViews();
+    void theMaskPlacesItUnlessALayoutDoes();
+    void hintsAtItsIntrinsicSize_data();
+    void hintsAtItsIntrinsicSize();
+    void layoutsFollowANewIntrinsicSize();
 
 private:
     std::unique_ptr<kx::View> m_root;
@@ -285,6 +307,110 @@ void ViewTest::asksInTheCoordinatesOfTheSuperview()
     QCOMPARE(m_root->hitTest(QPointF(42, 52)), &dot);
     QCOMPARE(m_root->hitTest(QPointF(43, 53)), &middle);
     QCOMPARE(dot.asked, QPointF(13, 13));
+}
+
+void ViewTest::placesFramesFromTheTopOfAFlippedSuperview()
+{
+    Flipped root;
+    root.setFrame(QRectF(0, 0, 200, 100));
+    kx::View view;
+    view.setFrame(QRectF(10, 20, 30, 40));
+    root.addSubview(view);
+    QCOMPARE(view.geometry(), QRect(10, 20, 30, 40));
+    QCOMPARE(view.frame(), QRectF(10, 20, 30, 40));
+    QCOMPARE(view.convertPointFromView(QPointF(10, 20), &root), QPointF(0, 40));
+}
+
+void ViewTest::keepsSubviewsAtTheTopOfAFlippedSuperview()
+{
+    Flipped root;
+    root.setFrame(QRectF(0, 0, 200, 100));
+    kx::View fixed;
+    kx::View stretched;
+    fixed.setFrame(QRectF(10, 20, 30, 40));
+    stretched.setFrame(QRectF(10, 20, 30, 40));
+    stretched.setAutoresizingMask(kx::Autoresizing::MinYMargin); // the one above it
+    root.addSubview(fixed);
+    root.addSubview(stretched);
+    root.setFrame(QRectF(0, 0, 200, 150));
+    QCOMPARE(fixed.geometry(), QRect(10, 20, 30, 40));
+    QCOMPARE(stretched.geometry(), QRect(10, 70, 30, 40));
+}
+
+void ViewTest::hitsEveryRowInFlippedViews()
+{
+    Flipped middle;
+    kx::View inner;
+    Flipped innermost;
+    middle.setFrame(QRectF(0, 0, 50, 50)); // rows 50 to 99 of the root, from the top
+    m_root->addSubview(middle);
+    inner.setFrame(QRectF(0, 10, 50, 20)); // rows 60 to 79
+    middle.addSubview(inner);
+    innermost.setFrame(QRectF(0, 10, 50, 10)); // rows 60 to 69
+    inner.addSubview(innermost);
+    const auto hitAtRow = [this](int row) { return m_root->hitTest(QPointF(5, 99 - row)); };
+    QCOMPARE(hitAtRow(49), m_root.get());
+    QCOMPARE(hitAtRow(50), &middle);
+    QCOMPARE(hitAtRow(59), &middle);
+    QCOMPARE(hitAtRow(60), &innermost);
+    QCOMPARE(hitAtRow(69), &innermost);
+    QCOMPARE(hitAtRow(70), &inner);
+    QCOMPARE(hitAtRow(79), &inner);
+    QCOMPARE(hitAtRow(80), &middle);
+    QCOMPARE(hitAtRow(99), &middle);
+}
+
+void ViewTest::theMaskPlacesItUnlessALayoutDoes()
+{
+    kx::View view;
+    QVERIFY(view.translatesAutoresizingMaskIntoConstraints());
+    m_root->addSubview(view);
+    QVERIFY(view.translatesAutoresizingMaskIntoConstraints());
+    auto *rows = new QVBoxLayout(m_root.get());
+    rows->addWidget(&view);
+    QVERIFY(!view.translatesAutoresizingMaskIntoConstraints());
+    rows->removeWidget(&view);
+    QVERIFY(view.translatesAutoresizingMaskIntoConstraints());
+    view.setTranslatesAutoresizingMaskIntoConstraints(false);
+    QVERIFY(!view.translatesAutoresizingMaskIntoConstraints());
+    rows->addWidget(&view);
+    view.setTranslatesAutoresizingMaskIntoConstraints(true);
+    QVERIFY(view.translatesAutoresizingMaskIntoConstraints());
+}
+
+void ViewTest::hintsAtItsIntrinsicSize_data()
+{
+    QTest::addColumn<QSizeF>("intrinsic");
+    QTest::addColumn<QSize>("hint");
+    QTest::newRow("the next whole numbers") << QSizeF(10.2, 20) << QSize(11, 20);
+    QTest::newRow("nothing") << QSizeF(0, 0) << QSize(0, 0);
+    QTest::newRow("no wish") << QSizeF(-1, -1) << QSize(-1, -1);
+    QTest::newRow("only a height") << QSizeF(-1, 12.5) << QSize(-1, 13);
+    QTest::newRow("no number") << QSizeF(qQNaN(), 5) << QSize(-1, 5);
+    QTest::newRow("without end") << QSizeF(qInf(), 5) << QSize(QWIDGETSIZE_MAX, 5);
+}
+
+void ViewTest::hintsAtItsIntrinsicSize()
+{
+    QFETCH(QSizeF, intrinsic);
+    Sized view;
+    view.wanted = intrinsic;
+    QTEST(view.sizeHint(), "hint");
+}
+
+void ViewTest::layoutsFollowANewIntrinsicSize()
+{
+    Sized view;
+    view.wanted = QSizeF(50, 10);
+    view.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto *rows = new QVBoxLayout(m_root.get());
+    rows->setSizeConstraint(QLayout::SetNoConstraint); // the platform of the tests warns about limits of windows
+    rows->addWidget(&view);
+    m_root->show();
+    QCOMPARE(view.size(), QSize(50, 10));
+    view.wanted = QSizeF(60.5, 20);
+    view.invalidateIntrinsicContentSize();
+    QTRY_COMPARE(view.size(), QSize(61, 20));
 }
 
 QTEST_MAIN(ViewTest)

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// How events reach a view's handlers, and what the handlers do of themselves.
+#include <KXFoundation/Platform/UI/Event.h>
+#include <KXFoundation/Platform/UI/ViewInterface.h>
+
+#include <QtGui/QContextMenuEvent>
+
+#include <utility>
+
+namespace kx {
+
+bool ViewInterface::routeEvent(QEvent &event)
+{
+    using Handler = void (ViewInterface::*)(Event *);
+    if (!event.isInputEvent())
+        return false;
+    if (event.type() == QEvent::ContextMenu) {
+        // It would go on to the parent of a widget that lets it go by, although the press was taken.
+        const bool byMouse = static_cast<QContextMenuEvent &>(event).reason() == QContextMenuEvent::Mouse;
+        return m_rightPressSwallowed && byMouse;
+    }
+    Event wrapped(event, m_widget->window());
+    Handler handler = nullptr;
+    switch (wrapped.type()) {
+    case EventType::LeftMouseDown: handler = &ViewInterface::mouseDown; break;
+    case EventType::LeftMouseUp: handler = &ViewInterface::mouseUp; break;
+    case EventType::LeftMouseDragged: handler = &ViewInterface::mouseDragged; break;
+    case EventType::RightMouseDown: handler = &ViewInterface::rightMouseDown; break;
+    case EventType::RightMouseUp: handler = &ViewInterface::rightMouseUp; break;
+    case EventType::RightMouseDragged: handler = &ViewInterface::rightMouseDragged; break;
+    case EventType::OtherMouseDown: handler = &ViewInterface::otherMouseDown; break;
+    case EventType::OtherMouseUp: handler = &ViewInterface::otherMouseUp; break;
+    case EventType::OtherMouseDragged: handler = &ViewInterface::otherMouseDragged; break;
+    case EventType::ScrollWheel: handler = &ViewInterface::scrollWheel; break;
+    case EventType::KeyDown: handler = &ViewInterface::keyDown; break;
+    case EventType::KeyUp: handler = &ViewInterface::keyUp; break;
+    default: return false;
+    }
+    const QPointer<QWidget> alive(m_widget);
+    if (wrapped.type() == EventType::LeftMouseDown)
+        takeFocusByClick();
+    if (!alive)
+        return true;
+    Live live{&event};
+    Live *outer = std::exchange(m_live, &live);
+    event.accept();
+    (this->*handler)(&wrapped);
+    if (!alive)
+        return true;
+    m_live = outer;
+    if (wrapped.type() == EventType::RightMouseDown)
+        m_rightPressSwallowed = !live.handedToBase;
+    return true;
+}
+
+void ViewInterface::handToBase(Event *event)
+{
+    if (!event || !m_live)
+        return;
+    m_live->handedToBase = true;
+    QEvent &live = *m_live->event;
+    if (!baseEvent(live))
+        live.ignore(); // a disabled widget leaves the event as it is
+}
+
+void ViewInterface::takeFocusByClick()
+{
+    if (m_widget->isEnabled() && !m_widget->hasFocus() && acceptsFirstResponder())
+        m_widget->setFocus(Qt::MouseFocusReason);
+}
+
+void ViewInterface::mouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::rightMouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::otherMouseDragged(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::scrollWheel(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::keyDown(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::keyUp(Event *event)
+{
+    handToBase(event);
+}
+
+void ViewInterface::mouseEntered(Event *) { }
+
+void ViewInterface::mouseExited(Event *) { }
+
+void ViewInterface::mouseMoved(Event *) { }
+
+void ViewInterface::cursorUpdate(Event *) { }
+
+bool ViewInterface::acceptsFirstResponder() const
+{
+    return m_widget->focusPolicy() & Qt::ClickFocus;
+}
+
+bool ViewInterface::mouseDownCanMoveWindow() const
+{
+    return !m_widget->testAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+} // namespace kx
