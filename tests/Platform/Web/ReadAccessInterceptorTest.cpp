@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Which files a file page may read: the rule on paths, and what the real engine asks for.
+#include "Support/EngineDocument.h"
 #include "Support/EngineWarnings.h"
 
 #include <KXFoundation/Platform/Web/QtWebEngine/ReadAccess.h>
@@ -54,8 +55,8 @@ private Q_SLOTS:
 private:
     QString path(const QString &name) const { return m_directory.filePath(name); }
     void write(const QString &name, const QByteArray &content);
-    QVariant evaluate(const QString &script);
-    bool load(const QUrl &url);
+    QVariant evaluate(const QString &script) { return kx::test::evaluate(*m_page, script); }
+    bool load(const QUrl &url) { return kx::test::load(*m_page, url); }
     bool loadFile(const QString &name, const QString &directory);
     QString read(const QString &kind, const QUrl &url);
     QString readText(const QString &name) { return read(u"xhr"_qs, QUrl::fromLocalFile(path(name))); }
@@ -142,29 +143,6 @@ void ReadAccessInterceptorTest::cleanup()
 {
     m_page.reset();
     m_profile.reset();
-}
-
-QVariant ReadAccessInterceptorTest::evaluate(const QString &script)
-{
-    struct Answer {
-        bool arrived = false;
-        QVariant value;
-    };
-    const auto answer = std::make_shared<Answer>();
-    m_page->runJavaScript(script, [answer](const QVariant &value) {
-        answer->arrived = true;
-        answer->value = value;
-    });
-    if (!QTest::qWaitFor([&] { return answer->arrived; }, 20'000))
-        qWarning("no answer to %s", qPrintable(script));
-    return answer->value;
-}
-
-bool ReadAccessInterceptorTest::load(const QUrl &url)
-{
-    QSignalSpy finished(m_page.get(), &QWebEnginePage::loadFinished);
-    m_page->load(url);
-    return QTest::qWaitFor([&] { return !finished.isEmpty(); }, 20'000) && finished.constFirst().constFirst().toBool();
 }
 
 bool ReadAccessInterceptorTest::loadFile(const QString &name, const QString &directory)

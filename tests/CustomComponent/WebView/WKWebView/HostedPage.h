@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Support/Evaluation.h"
 #include "Support/HttpServer.h"
 #include "Support/SharedLog.h"
 
@@ -53,13 +54,7 @@ public:
     QJsonValue value(const QString &expression) { return value(*host->wkWebView(), expression); }
     static QJsonValue value(WebView &view, const QString &expression)
     {
-        const auto answer = std::make_shared<std::optional<QJsonValue>>();
-        view.evaluateJavaScript(expression, [answer](const QJsonValue &result, const auto &error) {
-            *answer = error ? QJsonValue(error->localizedDescription) : result;
-        });
-        if (!QTest::qWaitFor([&answer] { return answer->has_value(); }, 20'000))
-            return QStringLiteral("no answer");
-        return **answer;
+        return evaluate(view, expression).valueOrText();
     }
 
     /// Clicks in the window, as the window system does.

@@ -1,68 +1,22 @@
 // SPDX-License-Identifier: MIT
 // Many hosts in one process: what they took comes back.
 #include "Support/EngineWarnings.h"
+#include "Support/Processes.h"
 
 #include "HostedPage.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
 #include <QtCore/QSet>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
 
-#include <unistd.h>
-
 using namespace Qt::StringLiterals;
+using kx::test::descendants;
 using kx::test::HostedPage;
-
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool keepsFreedMemory = true; // to find uses of it
-#else
-constexpr bool keepsFreedMemory = false;
-#endif
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Every process that descends from this one and still runs.
-QList<int> descendants()
-{
-    QHash<int, QList<int>> children;
-    for (const QString &entry : QDir(u"/proc"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QByteArray stat = contents(u"/proc/%1/stat"_qs.arg(entry));
-        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-        if (entry.toInt() > 0 && fields.size() > 1 && fields.at(0) != "Z")
-            children[fields.at(1).toInt()].append(entry.toInt());
-    }
-    QList<int> found;
-    QList<int> open{int(::getpid())};
-    while (!open.isEmpty()) {
-        const QList<int> next = children.value(open.takeFirst());
-        found += next;
-        open += next;
-    }
-    return found;
-}
-
-/// Memory that this process alone holds, in MiB.
-double privateMemory()
-{
-    double kilobytes = 0;
-    for (const QByteArray &line : contents(u"/proc/self/smaps_rollup"_qs).split('\n')) {
-        if (line.startsWith("Private_"))
-            kilobytes += line.mid(line.indexOf(':') + 1).simplified().split(' ').first().toDouble();
-    }
-    return kilobytes / 1024;
-}
-
-} // namespace
+using kx::test::keepsFreedMemory;
+using kx::test::privateMemory;
 
 class KXWKWebViewLifeTest : public QObject {
     Q_OBJECT
@@ -78,11 +32,11 @@ private:
     void makeAndDestroyHosts(int count);
     [[nodiscard]] bool renderersAreGone() const
     {
-        const QList<int> running = descendants();
-        return std::none_of(running.cbegin(), running.cend(), [this](int id) { return m_renderers.contains(id); });
+        const QList<qint64> running = descendants();
+        return std::none_of(running.cbegin(), running.cend(), [this](qint64 id) { return m_renderers.contains(id); });
     }
 
-    QSet<int> m_renderers; ///< Every process that rendered a page.
+    QSet<qint64> m_renderers; ///< Every process that rendered a page.
     qsizetype m_processes = 0; ///< How many there are without any page.
 };
 
@@ -91,7 +45,7 @@ void KXWKWebViewLifeTest::initTestCase()
     {
         HostedPage page;
         page.show("started");
-        m_renderers.insert(int(page.host->wkWebView()->page().rendererProcessId()));
+        m_renderers.insert(page.host->wkWebView()->page().rendererProcessId());
         QVERIFY(!renderersAreGone());
     }
     QTRY_VERIFY(renderersAreGone());
@@ -127,7 +81,7 @@ void KXWKWebViewLifeTest::makeAndDestroyHosts(int count)
     for (const auto &host : std::as_const(hosts))
         QTRY_VERIFY(!host->wkWebView()->isLoading());
     for (const auto &host : std::as_const(hosts)) {
-        m_renderers.insert(int(host->wkWebView()->page().rendererProcessId()));
+        m_renderers.insert(host->wkWebView()->page().rendererProcessId());
         delete host;
     }
     for (const auto &webView : std::as_const(webViews))
@@ -159,10 +113,10 @@ void KXWKWebViewLifeTest::rebuildingLeavesNothing()
         page.host->rebuildWebview();
         QVERIFY(!before);
         page.load(page.host->url());
-        m_renderers.insert(int(page.host->wkWebView()->page().rendererProcessId()));
+        m_renderers.insert(page.host->wkWebView()->page().rendererProcessId());
     }
     QCOMPARE(page.value(u"document.title"_qs), QJsonValue(u"page"_qs));
-    m_renderers.remove(int(page.host->wkWebView()->page().rendererProcessId()));
+    m_renderers.remove(page.host->wkWebView()->page().rendererProcessId());
     QTRY_VERIFY(renderersAreGone()); // all but the last
 }
 

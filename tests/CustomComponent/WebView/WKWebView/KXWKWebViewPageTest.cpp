@@ -2,12 +2,13 @@
 // The host with real pages: both ends of the bridge, panels, the mouse, what shines through.
 #include "HostedPage.h"
 
+#include "Support/Panels.h"
+
 #include <KXFoundation/Category/TimerUtil.h>
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 #include <KXFoundation/Platform/Web/WebErrors.h>
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -21,22 +22,9 @@
 
 using namespace Qt::StringLiterals;
 using kx::test::HostedPage;
+using kx::test::whenPanelOpens;
 
 namespace {
-
-void whenPanelOpens(const std::function<void(QMessageBox *)> &action)
-{
-    auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, action] {
-        auto *panel = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!panel || !panel->isVisible())
-            return;
-        poll->stop();
-        poll->deleteLater();
-        action(panel);
-    });
-    poll->start(1);
-}
 
 void answerNextPanel(int button, QString *text = nullptr)
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Support/FakeWebEngine.h"
+#include "Support/Panels.h"
 
 #include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
 
@@ -14,23 +15,9 @@
 
 using namespace Qt::StringLiterals;
 using kx::test::FakeWebEngine;
+using kx::test::whenPanelOpens;
 
 namespace {
-
-/// Does something with the dialog that opens next, as a user would.
-void whenPanelOpens(const std::function<void(QMessageBox *)> &action)
-{
-    auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, action] {
-        auto *panel = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!panel || !panel->isVisible())
-            return;
-        poll->stop();
-        poll->deleteLater();
-        action(panel);
-    });
-    poll->start(1);
-}
 
 QStringList buttonTexts(const QMessageBox *panel)
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../RecordingPageClient.h"
+#include "Support/Evaluation.h"
 #include "Support/HttpServer.h"
 
 #include <KXFoundation/Platform/Web/WebViewConfiguration.h>
@@ -69,20 +70,7 @@ public:
         server.serve(path, response);
     }
 
-    struct Evaluation {
-        QJsonValue value;
-        std::optional<KXError> error;
-        int answers = 0;
-    };
-    Evaluation evaluate(const QString &script)
-    {
-        const auto result = std::make_shared<Evaluation>();
-        page->evaluateJavaScript(script, [result](const QJsonValue &value, const std::optional<KXError> &error) {
-            *result = {value, error, result->answers + 1};
-        });
-        [&] { QTRY_COMPARE(result->answers, 1); }();
-        return *result;
-    }
+    Evaluation evaluate(const QString &script) { return test::evaluate(*page, script); }
     [[nodiscard]] QStringList texts() const
     {
         QStringList result;

@@ -1,57 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "Support/EngineWarnings.h"
+#include "Support/Processes.h"
 
 #include "PageFixture.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
 
+using kx::test::descendants;
+using kx::test::keepsFreedMemory;
 using kx::test::PageFixture;
-
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool keepsFreedMemory = true; // to find uses of it
-#else
-constexpr bool keepsFreedMemory = false;
-#endif
-
-/// Resident memory of this process, in MB.
-double residentMegabytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QFile::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
-}
-
-/// Processes below this one: the engine's renderers and helpers.
-int childProcesses()
-{
-    QHash<qint64, qint64> parents;
-    for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        QFile file(QStringLiteral("/proc/%1/stat").arg(name));
-        if (name.toLongLong() > 0 && file.open(QFile::ReadOnly)) {
-            const QByteArray stat = file.readAll();
-            const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-            if (fields.value(0) != "Z")
-                parents.insert(name.toLongLong(), fields.value(1).toLongLong());
-        }
-    }
-    int count = 0;
-    for (auto it = parents.cbegin(); it != parents.cend(); ++it) {
-        for (qint64 at = it.value(); at > 1; at = parents.value(at)) {
-            if (at == QCoreApplication::applicationPid()) {
-                ++count;
-                break;
-            }
-        }
-    }
-    return count;
-}
-
-} // namespace
+using kx::test::privateMemory;
 
 /// That pages leave nothing behind.
 class PageLifetimeTest : public QObject {
@@ -72,12 +30,12 @@ private Q_SLOTS:
             }
         };
         build(5); // what the engine makes once
-        const int processes = childProcesses();
-        const double before = residentMegabytes();
+        const qsizetype processes = descendants().size();
+        const double before = privateMemory();
         build(50);
-        QTRY_VERIFY2(childProcesses() <= processes + 1, qPrintable(QString::number(childProcesses())));
-        const double grown = residentMegabytes() - before;
-        qInfo("50 pages: %.1f MB more, %d child processes after %d", grown, childProcesses(), processes);
+        QTRY_VERIFY2(descendants().size() <= processes + 1, qPrintable(QString::number(descendants().size())));
+        const double grown = privateMemory() - before;
+        qInfo("50 pages: %.1f MiB more, %d child processes after %d", grown, int(descendants().size()), int(processes));
         QVERIFY2(grown < 100 || keepsFreedMemory, qPrintable(QString::number(grown))); // a leaked page costs 80
     }
 

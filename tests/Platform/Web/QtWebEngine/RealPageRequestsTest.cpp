@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Custom schemes and the reading of files, through the engine that the library runs on.
 #include "Support/EngineWarnings.h"
+#include "Support/Evaluation.h"
 
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 #include <KXFoundation/Platform/Web/WebViewConfiguration.h>
@@ -33,7 +34,7 @@ private Q_SLOTS:
 
 private:
     void makePage();
-    QString evaluate(const QString &script);
+    QString evaluate(const QString &script) { return kx::test::evaluate(*m_page, script).valueOrText().toString(); }
     QString request(const QString &url);
 
     KXURLSchemeManager &m_manager = KXURLSchemeManager::sharedManager();
@@ -69,17 +70,6 @@ void RealPageRequestsTest::makePage()
     for (const QString &scheme : m_manager.proxySchemes())
         configuration->setURLSchemeHandler(&m_manager, scheme);
     m_page = configuration->engine().makePage(configuration, m_client);
-}
-
-QString RealPageRequestsTest::evaluate(const QString &script)
-{
-    const auto answer = std::make_shared<std::optional<QString>>();
-    m_page->evaluateJavaScript(script, [answer](const QJsonValue &value, const std::optional<KXError> &error) {
-        *answer = error ? error->localizedDescription : value.toString();
-    });
-    if (!QTest::qWaitFor([&] { return answer->has_value(); }, 20'000))
-        qWarning("no answer to %s", qPrintable(script));
-    return answer->value_or(QString());
 }
 
 /// What an XMLHttpRequest of the page gets: its text, or "error".
