@@ -1,20 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/TextAttachment.h>
 
+#include <KXFoundation/Platform/UI/TextLayout/Finite.h>
+
 #include <algorithm>
-#include <cmath>
 
 namespace kx {
 
 namespace {
-
-// Longer than any screen, and within what Qt lays out.
-constexpr double longest = 100000;
-
-double coordinate(double value)
-{
-    return std::isfinite(value) ? std::clamp(value, -longest, longest) : 0;
-}
 
 double length(double value)
 {
