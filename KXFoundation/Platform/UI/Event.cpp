@@ -81,9 +81,10 @@ Event::Event(EventType type, QWidget *window, const QPointF &screenLocation)
 {
 }
 
-Event::Event(const QEvent &event, QWidget *window)
+Event::Event(const QEvent &event, QWidget *window, QObject *receiver)
     : m_type(typeOf(event))
     , m_window(window)
+    , m_receiver(receiver)
     , m_original(event.clone())
 {
     QPointF position = QCursor::pos();
@@ -99,11 +100,15 @@ Event::Event(const QEvent &event, QWidget *window)
     else if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonRelease)
         m_clickCount = 1;
     m_screenLocation = screenPoint(position, window);
+    if (window && (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick))
+        m_pressLocation = m_screenLocation - screenFrame(*window).topLeft();
 }
 
 QPointF Event::locationInWindow() const
 {
-    return m_window ? m_screenLocation - screenFrame(*m_window).topLeft() : m_screenLocation;
+    if (!m_window)
+        return m_screenLocation;
+    return m_pressLocation.value_or(m_screenLocation - screenFrame(*m_window).topLeft());
 }
 
 } // namespace kx

@@ -9,6 +9,7 @@
 #include <QtWidgets/QWidget>
 
 #include <memory>
+#include <optional>
 
 class QEvent;
 
@@ -48,21 +49,24 @@ using EventMask = quint64;
 ///
 /// Positions are logical pixels with y growing upwards. The point on the screen is what is kept; the location in the
 /// window is derived from the window's present frame whenever it is asked for, so that a handler that moves its window
-/// never reads a stale one. Main thread only.
+/// never reads a stale one. A press alone stays where it was made in the window, wherever that has gone. Main thread
+/// only.
 class KX_UI_EXPORT Event {
 public:
     /// An event that no device sent, at a point of the screen. `window` may be null.
     Event(EventType type, QWidget *window, const QPointF &screenLocation);
     /// What Qt sent to the top-level widget `window`, or to a widget in it. An event without a position of its own,
-    /// such as one of a key, gets the pointer's. `window` may be null.
-    Event(const QEvent &event, QWidget *window);
+    /// such as one of a key, gets the pointer's. `window` may be null. `receiver` is whom Qt sent it to, where that
+    /// matters.
+    Event(const QEvent &event, QWidget *window, QObject *receiver = nullptr);
 
     [[nodiscard]] EventType type() const { return m_type; }
     /// The top-level widget that the event belongs to; null without one, or when it is gone.
     [[nodiscard]] QWidget *window() const { return m_window; }
     /// From the bottom left of the primary screen.
     [[nodiscard]] QPointF screenLocation() const { return m_screenLocation; }
-    /// From the bottom left of the window's frame as it is now; the point on the screen without a window.
+    /// From the bottom left of the window's frame: as it is now, and for a press as it was then. The point on the
+    /// screen without a window.
     [[nodiscard]] QPointF locationInWindow() const;
     /// 1 for a press or release, 2 for the second press of a double click, 0 for what is no press or release.
     [[nodiscard]] int clickCount() const { return m_clickCount; }
@@ -71,11 +75,15 @@ public:
     [[nodiscard]] Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
     /// A copy of what Qt sent; null for an event that no device sent.
     [[nodiscard]] const QEvent *qtEvent() const { return m_original.get(); }
+    /// Whom Qt sent it to: the window's QWindow, or a widget. Null when nobody said, or when that is gone.
+    [[nodiscard]] QObject *receiver() const { return m_receiver; }
 
 private:
     EventType m_type;
     QPointer<QWidget> m_window;
+    QPointer<QObject> m_receiver;
     QPointF m_screenLocation;
+    std::optional<QPointF> m_pressLocation; // in the window
     int m_clickCount = 0;
     Qt::MouseButtons m_buttons;
     Qt::KeyboardModifiers m_modifiers;

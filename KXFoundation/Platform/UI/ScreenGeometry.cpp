@@ -27,6 +27,12 @@ QPointF screenPoint(const QPointF &globalPosition, const QWidget *window)
     return pointerToYUp(globalPosition, primaryBottom(), ratio);
 }
 
+// What turns a pointer upwards is its own inverse.
+QPointF globalPoint(const QPointF &point, const QWidget *window)
+{
+    return screenPoint(point, window);
+}
+
 QRectF screenFrame(const QWidget &window)
 {
     return screenFlipped(window.frameGeometry());

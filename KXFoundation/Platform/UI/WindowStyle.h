@@ -12,8 +12,14 @@ enum class WindowStyle {
     Closable = 2,
     Miniaturizable = 4,
     Resizable = 8,
+    /// The content lies under the title bar as well: the window manager draws none, and the window's own chrome, if
+    /// any, is part of the content.
+    FullSizeContentView = 0x8000,
 };
 Q_DECLARE_FLAGS(WindowStyleMask, WindowStyle)
 Q_DECLARE_OPERATORS_FOR_FLAGS(WindowStyleMask)
+
+/// How a window keeps its pixels. Qt buffers every window; the others are there for the sake of the interface.
+enum class BackingStore { Retained, Nonretained, Buffered };
 
 } // namespace kx
