@@ -6,6 +6,29 @@
 
 using kx::fuzz::check;
 
+namespace {
+
+// The same value made anew. Qt's parser sorts keys beyond U+FFFF as UTF-8 has them, its objects as UTF-16 does, so that
+// what it has parsed may differ from what it has parsed of its own output.
+QJsonValue rebuilt(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue &element : value.toArray())
+            array.append(rebuilt(element));
+        return array;
+    }
+    if (!value.isObject())
+        return value;
+    const QJsonObject object = value.toObject();
+    QJsonObject result;
+    for (auto member = object.begin(); member != object.end(); ++member)
+        result.insert(member.key(), rebuilt(member.value()));
+    return result;
+}
+
+} // namespace
+
 // Any bytes as a message from the page, to a bridge that has methods and waits for answers.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
@@ -24,12 +47,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     kx::test::Recorder recorder;
     bridge.handleH5Message(text, recorder.sender());
     check(answers + recorder.commands.size() <= 1, "one message has one effect");
-    check(KXWebViewJSBridge::removeJSONNullValues(received) == received, "a method gets no nulls");
+    check(rebuilt(KXWebViewJSBridge::removeJSONNullValues(received)) == rebuilt(received), "a method gets no nulls");
     for (const QString &command : recorder.commands) {
         check(!kx::test::message(command).isEmpty(), "a command holds one object");
         check(!command.contains(QChar(0x2028)) && !command.contains(QChar(0x2029)), "a command is one script");
         if (!received.isUndefined())
-            check(kx::test::body(command).value(u"data") == received, "what was sent comes back");
+            check(rebuilt(kx::test::body(command).value(u"data")) == rebuilt(received), "what was sent comes back");
     }
     return 0;
 }
