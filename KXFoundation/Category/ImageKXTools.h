@@ -13,10 +13,10 @@
 /// Making, scaling, tinting and fading images.
 ///
 /// Sizes and rectangles are in points, y upwards from the bottom left. A new image is drawn with as many pixels per
-/// point as the screen with the highest device pixel ratio has, one without screens; sides above 32767 pixels cannot
-/// be drawn. Scaling is smooth: reducing reads every pixel. Results are none (a null QImage) on failure: for an image
-/// that is none, or without a size or readable pixels, and for a size that is not positive and finite or too large.
-/// Main thread.
+/// point as the screen with the highest device pixel ratio has, one without screens; sides above 32767 pixels, or more
+/// than 2^28 pixels, cannot be drawn. Scaling is smooth: reducing reads every pixel. Results are none (a null QImage)
+/// on failure: for an image that is none, or without a size or readable pixels, and for a size that is not positive and
+/// finite or too large. Main thread.
 
 namespace kx {
 

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void leavesOutPartsOutsideTheImage();
     void drawsHandlersAtTheScreensScale();
     void givesABitmap();
+    void keepsTheColorSpace();
     void givesNoneForHostileSizes_data();
     void givesNoneForHostileSizes();
     void survivesHostileSources_data();
@@ -368,6 +369,15 @@ void ImageKXToolsTest::givesABitmap()
     QCOMPARE(painted.toQImage().pixelColor(0, 0), QColor(Qt::red));
 }
 
+void ImageKXToolsTest::keepsTheColorSpace()
+{
+    QImage pixels = sampleImage(40, 20);
+    pixels.setColorSpace(QColorSpace::DisplayP3);
+    QCOMPARE(onlyPixels(kx::resize(pixels, QSizeF(5, 5))).colorSpace(), pixels.colorSpace());
+    QCOMPARE(onlyPixels(kx::imageWithTintColor(pixels, Qt::red)).colorSpace(), pixels.colorSpace());
+    QCOMPARE(onlyPixels(kx::imageWithAlpha(pixels, 0.5)).colorSpace(), pixels.colorSpace());
+}
+
 void ImageKXToolsTest::givesNoneForHostileSizes_data()
 {
     QTest::addColumn<QSizeF>("size");
@@ -377,6 +387,7 @@ void ImageKXToolsTest::givesNoneForHostileSizes_data()
     QTest::newRow("no number") << QSizeF(notANumber, 10);
     QTest::newRow("endless") << QSizeF(infinite, infinite);
     QTest::newRow("huge") << QSizeF(1e300, 1e300);
+    QTest::newRow("too much to draw") << QSizeF(32767, 32767);
     QTest::newRow("too wide to draw") << QSizeF(32768, 1);
     QTest::newRow("too high to draw") << QSizeF(1, 1e9);
 }
@@ -391,7 +402,7 @@ void ImageKXToolsTest::givesNoneForHostileSizes()
         QVERIFY(!kx::resize(image, size));
         QVERIFY(!kx::fromRect(image, whole, QRectF(QPointF(0, 0), size)));
     }
-    if (size == QSizeF(32768, 1) || size == QSizeF(1, 1e9))
+    if (size.width() >= 1 && size.width() < 1e6)
         return; // an image may be so large, only not be drawn
     const kx::Image odd = kx::Image::withRepresentations(size, {kx::Bitmap(sampleImage(8, 8))});
     for (const kx::Image &image : {odd, redByHandler(size)}) {

@@ -93,8 +93,8 @@ public:
         CompositingOperation operation = CompositingOperation::SourceOver, double fraction = 1) const;
 
     /// The whole picture with `scale` pixels per point, which is the result's device pixel ratio: a representation of
-    /// that resolution as it is, else drawn. Null for none, for an empty image, and when no side of 1 to 32767 pixels
-    /// results.
+    /// that resolution as it is, else drawn. Null for none, for an empty image, for a scale that is not positive
+    /// and finite, and where a side would be above 32767 pixels or all of them above 2^28.
     [[nodiscard]] QImage toQImage(double scale) const;
 };
 

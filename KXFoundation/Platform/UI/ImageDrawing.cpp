@@ -14,6 +14,7 @@ namespace kx {
 namespace {
 
 constexpr double longestSide = 32767;
+constexpr double mostPixels = 1 << 28; // 1 GB
 
 QPainter::CompositionMode compositionMode(CompositingOperation operation)
 {
@@ -65,9 +66,11 @@ QImage viewOf(const QImage &pixels, const QRect &part)
 
 QImage scaled(const QImage &pixels, const QRect &part, const QSize &size)
 {
-    // scaled() gives the image itself, which may be a view only, at its own size.
-    return size == part.size() ? pixels.copy(part)
-                               : viewOf(pixels, part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (size == part.size())
+        return pixels.copy(part); // scaled() would give the view itself
+    QImage result = viewOf(pixels, part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    result.setColorSpace(pixels.colorSpace());
+    return result;
 }
 
 void drawPart(QPainter &painter, const QImage &pixels, const QRectF &destination, const QRectF &source)
@@ -124,7 +127,8 @@ bool isDrawable(const QRectF &rect)
 QSize pixelSize(const QSizeF &size, double scale)
 {
     const QSizeF pixels = size * scale;
-    if (!isDrawable(size) || !isDrawable(pixels) || pixels.width() > longestSide || pixels.height() > longestSide)
+    if (!isDrawable(size) || !isDrawable(pixels) || pixels.width() > longestSide || pixels.height() > longestSide
+        || pixels.width() * pixels.height() > mostPixels)
         return {};
     const auto whole = [](double length) { return std::max(int(std::lround(length)), 1); };
     return {whole(pixels.width()), whole(pixels.height())};

@@ -23,8 +23,8 @@ struct Compositing {
 /// The same for a rectangle, whose origin must be finite, too.
 [[nodiscard]] bool isDrawable(const QRectF &rect);
 
-/// The whole pixels for a size in points: rounded, and at least one. Invalid when the size is not drawable or a side
-/// is above 32767 pixels, which QPainter cannot reach.
+/// The whole pixels for a size in points: rounded, and at least one. Invalid when the size is not drawable, a side is
+/// above 32767 pixels, which QPainter cannot reach, or there are more than 2^28 pixels.
 [[nodiscard]] QSize pixelSize(const QSizeF &size, double scale);
 /// So many transparent premultiplied pixels. Null when pixelSize() is invalid or memory is short.
 [[nodiscard]] QImage blankPixels(const QSizeF &size, double scale);
