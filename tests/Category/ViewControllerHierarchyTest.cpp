@@ -23,7 +23,7 @@ public:
 class ViewControllerHierarchyTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void init();
 
     void aControllerWithoutParentIsItsOwnTop();
     void theTopIsTheLastAncestor();
@@ -33,7 +33,7 @@ private Q_SLOTS:
     void findsNothingForNone();
 };
 
-void ViewControllerHierarchyTest::initTestCase()
+void ViewControllerHierarchyTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_qs));
 }

@@ -26,7 +26,7 @@ public:
 class ViewViewControllerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void init();
 
     void isNoneWithoutAController();
     void isTheViewsOwnController();
@@ -36,7 +36,7 @@ private Q_SLOTS:
     void findsAControllerThatLeadsToItself();
 };
 
-void ViewViewControllerTest::initTestCase()
+void ViewViewControllerTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_qs));
 }

@@ -3,6 +3,8 @@
 
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
+#include <KXFoundation/Platform/UI/WindowController.h>
+#include <KXFoundation/Platform/UI/WindowCorner.h>
 #include <KXFoundation/Platform/UI/WindowEvents.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
@@ -47,6 +49,8 @@ Window::Window(const QRectF &contentRect, WindowStyleMask styleMask, BackingStor
 
 Window::~Window()
 {
+    if (m_controller)
+        m_controller->setWindow(nullptr);
     WindowEvents::cancel(*this);
 }
 
@@ -148,6 +152,22 @@ bool Window::canBecomeKeyWindow() const
 bool Window::canBecomeMainWindow() const
 {
     return canBecomeKeyWindow();
+}
+
+StandardWindowButton *Window::standardWindowButton(WindowButton kind)
+{
+    const WindowStyleMask style = m_styleMask.value_or(
+        WindowStyle::Titled | WindowStyle::Closable | WindowStyle::Miniaturizable | WindowStyle::Resizable);
+    if (!(windowFlags() & Qt::FramelessWindowHint) || !style.testFlag(WindowStyle::Titled))
+        return nullptr;
+    if (!m_corner)
+        m_corner = new WindowCorner(*this, style);
+    return m_corner->button(kind);
+}
+
+Responder *Window::nextResponder() const
+{
+    return m_controller;
 }
 
 bool Window::event(QEvent *event)

@@ -17,6 +17,11 @@ class QScreen;
 
 namespace kx {
 
+class StandardWindowButton;
+class WindowController;
+class WindowCorner;
+enum class WindowButton;
+
 /// A main window through which every mouse, wheel and key event passes before it reaches a view, and which can wait for
 /// the next one in the midst of handling one.
 ///
@@ -97,6 +102,19 @@ public:
     /// Here: as canBecomeKeyWindow(). For whoever asks.
     [[nodiscard]] virtual bool canBecomeMainWindow() const;
 
+    // --- chrome and controller -----------------------------------------------------------------------------------
+
+    /// The window's own close, minimise or zoom button, borrowed. Null under the window manager's decorations, in a
+    /// borderless window (Window(parent, Qt::FramelessWindowHint) is not meant by that: its chrome is its own) and for
+    /// a kind that there is not. The first call makes all three and shows them in the top left corner, above the
+    /// content; their superview may be hidden.
+    [[nodiscard]] StandardWindowButton *standardWindowButton(WindowButton kind);
+
+    /// Null without one.
+    [[nodiscard]] WindowController *windowController() const { return m_controller; }
+    /// The controller.
+    [[nodiscard]] Responder *nextResponder() const override;
+
 Q_SIGNALS:
     void ignoresMouseEventsChanged(bool ignores);
 
@@ -104,10 +122,14 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    friend class WindowController;
+
     [[nodiscard]] QMarginsF decoration() const;
     void applyInputFlags();
 
     std::optional<WindowStyleMask> m_styleMask;
+    WindowController *m_controller = nullptr; // set and cleared by the controller
+    QPointer<WindowCorner> m_corner;
 };
 
 } // namespace kx

@@ -15,7 +15,7 @@ namespace kx {
 /// The application comes to the front: one of its windows gets the keyboard, and none had it before.
 inline constexpr QStringView ApplicationWillBecomeActiveNotification = u"ApplicationWillBecomeActiveNotification";
 inline constexpr QStringView ApplicationDidResignActiveNotification = u"ApplicationDidResignActiveNotification";
-/// A window that is no dialog, tool or popup got the keyboard.
+/// A window that is no dialog, tool or popup got the keyboard; a kx::Window if it says that it can become main.
 inline constexpr QStringView WindowDidBecomeMainNotification = u"WindowDidBecomeMainNotification";
 /// The window has its new size; its layout does not yet follow it.
 inline constexpr QStringView WindowDidResizeNotification = u"WindowDidResizeNotification";

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/WindowWatch.h>
 
 #include <KXFoundation/Platform/UI/NotificationCenter.h>
+#include <KXFoundation/Platform/UI/Window.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
 
 #include <QtGui/QGuiApplication>
@@ -13,6 +14,12 @@ namespace kx {
 namespace {
 
 QPointer<WindowWatch> theWatch;
+
+bool canBecomeMain(const QWidget &window)
+{
+    const auto *own = qobject_cast<const Window *>(&window);
+    return window.windowType() == Qt::Window && (!own || own->canBecomeMainWindow());
+}
 
 } // namespace
 
@@ -71,7 +78,7 @@ void WindowWatch::windowChanged(QWidget &window, const QEvent &event)
     if (event.type() == QEvent::Resize) {
         m_center.postNotificationName(WindowDidResizeNotification, &window);
     } else if (event.type() == QEvent::WindowActivate) {
-        if (window.windowType() == Qt::Window)
+        if (canBecomeMain(window))
             m_center.postNotificationName(WindowDidBecomeMainNotification, &window);
     } else {
         const auto &change = static_cast<const QWindowStateChangeEvent &>(event);

@@ -32,7 +32,6 @@ LayoutConstraintRef constraint(kx::ViewInterface &item, Attribute attribute, kx:
 class LayoutConstraintTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -65,13 +64,9 @@ private:
     kx::View *m_other = nullptr;
 };
 
-void LayoutConstraintTest::initTestCase()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
-}
-
 void LayoutConstraintTest::init()
 {
+    QTest::failOnWarning(QRegularExpression(u".*"_qs));
     m_root = std::make_unique<kx::View>();
     m_root->setFrame(QRectF(0, 0, 200, 100));
     m_view = new kx::View(m_root.get());

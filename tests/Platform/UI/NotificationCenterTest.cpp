@@ -22,7 +22,7 @@ public:
 class NotificationCenterTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void init();
 
     void filtersByNameAndSender_data();
     void filtersByNameAndSender();
@@ -43,7 +43,7 @@ private Q_SLOTS:
     void hasOneDefault();
 };
 
-void NotificationCenterTest::initTestCase()
+void NotificationCenterTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_qs));
 }

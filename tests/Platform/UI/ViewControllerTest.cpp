@@ -36,7 +36,7 @@ protected:
 class ViewControllerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void init();
 
     void loadsItsViewOnFirstUse();
     void loadsAgainWhenASuperviewTookTheViewAlong();
@@ -52,7 +52,7 @@ private Q_SLOTS:
     void chainsViewsThroughPlainWidgets();
 };
 
-void ViewControllerTest::initTestCase()
+void ViewControllerTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_qs));
 }

@@ -47,7 +47,7 @@ private:
 class PNBaseViewControllerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void init();
 
     void loadsItsViewLikeItsBase();
     void stopsObservingBeforeItsViewGoes();
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void ownsItsChildren();
 };
 
-void PNBaseViewControllerTest::initTestCase()
+void PNBaseViewControllerTest::init()
 {
     QTest::failOnWarning(QRegularExpression(u".*"_qs));
 }
