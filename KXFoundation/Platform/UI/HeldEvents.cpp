@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/HeldEvents.h>
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QEventLoop>
 
 #include <algorithm>
@@ -23,6 +24,8 @@ std::optional<Event> HeldEvents::next(const QWidget &window, EventMask mask, boo
         QEventLoop loop;
         Wait wait{&window, mask, loop};
         m_waits.append(&wait);
+        // What came together with the event that is being handled would otherwise wait until something else comes.
+        QAbstractEventDispatcher::instance()->wakeUp();
         loop.exec(); // ends by itself when the application quits
         m_waits.removeLast();
         if (!m_waits.isEmpty() && hasAny(m_waits.last()->mask))

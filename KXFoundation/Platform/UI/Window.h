@@ -84,8 +84,8 @@ public:
     ///
     /// None when no such event will come: the window was hidden, closed or deleted, lost the keyboard to another window
     /// or application, or has a modal window before it now; the pointer moves with no button down, or no button is down
-    /// at all; the application quits. The press that is being handled is then taken back when it has been handled, with
-    /// QEvent::UngrabMouse. The window may be gone afterwards.
+    /// at all, as when a program sent the press to a widget; the application quits. The press that is being handled is
+    /// then taken back when it has been handled, with QEvent::UngrabMouse. The window may be gone afterwards.
     [[nodiscard]] std::optional<Event> nextEvent(EventMask mask, bool dequeue = true);
     /// Where the pointer is now, in the window.
     [[nodiscard]] QPointF mouseLocationOutsideOfEventStream() const;

@@ -111,7 +111,8 @@ std::optional<Event> WindowEvents::next(const Window &window, EventMask mask, bo
     if (frame && frame->cancelled)
         return std::nullopt;
     // Nobody would end the wait after a press that came from no device.
-    if (!QGuiApplication::mouseButtons() && !theEvents->m_held.hasAny(mask))
+    const bool pressed = QGuiApplication::mouseButtons() && !(frame && frame->fromProgram);
+    if (!pressed && !theEvents->m_held.hasAny(mask))
         return std::nullopt;
     std::optional<Event> event = theEvents->m_held.next(window, mask, dequeue);
     if (!event && frame)
@@ -210,7 +211,7 @@ bool WindowEvents::dispatch(Event event)
     auto *window = qobject_cast<Window *>(event.window());
     if (!window)
         return m_delivery.deliver(event);
-    Frame frame{window, m_frame};
+    Frame frame{window, m_frame, event.receiver() && event.receiver()->isWidgetType()};
     m_frame = &frame;
     window->sendEvent(&event);
     if (!theEvents)

@@ -44,6 +44,7 @@ private:
     struct Frame {
         const Window *window; // compared only
         Frame *outer;
+        bool fromProgram; // sent straight to a widget
         bool cancelled = false; // no release will come
         bool delivered = false;
         bool accepted = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Support/LoggingWindow.h"
 #include "Support/Pointer.h"
+#include "Support/WindowWarnings.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QShortcut>
@@ -57,7 +58,7 @@ private:
 
 void WindowEventsTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    failOnWindowWarnings();
     m_window = std::make_unique<LoggingWindow>();
     m_view = m_window->view;
     m_window->show();
@@ -367,10 +368,6 @@ void WindowEventsTest::aHandlersLoopGetsItsEventsThroughTheWindow()
 
 void WindowEventsTest::anOpenPopupKeepsItsEvents()
 {
-    if (QGuiApplication::platformName() == "offscreen"_L1) {
-        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
-        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-    }
     QMenu menu(m_window.get());
     menu.addAction(u"Play"_qs);
     menu.popup(m_window->mapToGlobal(QPoint(200, 100)));
