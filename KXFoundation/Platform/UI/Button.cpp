@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/Button.h>
+
+#include <KXFoundation/Platform/UI/ButtonContent.h>
+#include <KXFoundation/Platform/UI/MutableAttributedString.h>
+
+#include <QtCore/QEvent>
+#include <QtCore/QMetaObject>
+#include <QtGui/QPaintEvent>
+#include <QtGui/QPainter>
+
+#include <utility>
+
+namespace kx {
+
+Button::Button(QWidget *parent)
+    : ViewOn<QAbstractButton>(parent)
+    , m_font(QAbstractButton::font())
+    , m_fontSize(m_font.pointSize())
+    , m_content(std::make_unique<ButtonContent>())
+{
+    setFocusPolicy(Qt::TabFocus);
+    // The first to hear of a click, whatever brings it about.
+    connect(this, &QAbstractButton::clicked, this, &Button::sendAction);
+}
+
+Button::~Button() = default;
+
+void Button::setTitle(const QString &title)
+{
+    setAttributedTitle(AttributedString(title));
+}
+
+void Button::setAlternateTitle(const QString &title)
+{
+    setAttributedAlternateTitle(AttributedString(title));
+}
+
+void Button::setAttributedTitle(const AttributedString &title)
+{
+    m_title = title;
+    setText(title.string()); // what assistive technology reads
+    contentChanged();
+    Q_EMIT titleChanged();
+}
+
+void Button::setAttributedAlternateTitle(const AttributedString &title)
+{
+    m_alternateTitle = title;
+    contentChanged();
+    Q_EMIT titleChanged();
+}
+
+void Button::setImage(const Image &image)
+{
+    if (m_image == image)
+        return;
+    m_image = image;
+    contentChanged();
+}
+
+void Button::setAlternateImage(const Image &image)
+{
+    if (m_alternateImage == image)
+        return;
+    m_alternateImage = image;
+    contentChanged();
+}
+
+void Button::setState(int state)
+{
+    if (m_state == state)
+        return;
+    m_state = state;
+    contentChanged();
+    Q_EMIT stateChanged(state);
+}
+
+void Button::setFont(const Font &font)
+{
+    m_font = font;
+    if (font)
+        m_fontSize = font.pointSize();
+    contentChanged();
+}
+
+void Button::setAlignment(TextAlignment alignment)
+{
+    m_alignment = alignment;
+    contentChanged();
+}
+
+void Button::setLineBreakMode(LineBreakMode mode)
+{
+    m_lineBreakMode = mode;
+    contentChanged();
+}
+
+QSizeF Button::intrinsicContentSize() const
+{
+    return content().naturalSize();
+}
+
+QSize Button::minimumSizeHint() const
+{
+    return {0, 0};
+}
+
+void Button::drawRect(QPainter &painter, const QRectF &)
+{
+    painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText)); // a disabled button looks the same
+    content().draw(painter, QRectF(rect()));
+}
+
+void Button::enabledChanged() { }
+
+void Button::paintEvent(QPaintEvent *event)
+{
+    paint(*event);
+}
+
+void Button::changeEvent(QEvent *event)
+{
+    ViewOn<QAbstractButton>::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        enabledChanged();
+}
+
+void Button::contentChanged()
+{
+    m_contentIsStale = true;
+    invalidateIntrinsicContentSize();
+    setNeedsDisplay();
+}
+
+ButtonContent &Button::content() const
+{
+    if (!std::exchange(m_contentIsStale, false))
+        return *m_content;
+    const bool isOn = m_state == 1;
+    m_content->setImage(isOn && m_alternateImage ? m_alternateImage : m_image);
+    QFont font = m_font.toQFont();
+    if (!m_font)
+        font = Font(font).withSize(m_fontSize).toQFont();
+    m_content->setDefaultFont(font);
+    MutableAttributedString title(isOn && m_alternateTitle.length() > 0 ? m_alternateTitle : m_title);
+    title.changeAttributes({0, title.length()}, [this](TextAttributes &attributes) {
+        if (!attributes.paragraphStyle)
+            attributes.paragraphStyle = ParagraphStyle{m_alignment, m_lineBreakMode};
+    });
+    m_content->setTitle(title);
+    return *m_content;
+}
+
+void Button::sendAction()
+{
+    if (!m_target || m_action.isEmpty())
+        return;
+    const QMetaObject &target = *m_target->metaObject();
+    if (target.indexOfMethod(QByteArray(m_action + "(QObject*)").constData()) >= 0) {
+        QMetaObject::invokeMethod(
+            m_target, m_action.constData(), Qt::DirectConnection, Q_ARG(QObject *, static_cast<QObject *>(this)));
+    } else if (target.indexOfMethod(QByteArray(m_action + "()").constData()) >= 0) {
+        QMetaObject::invokeMethod(m_target, m_action.constData(), Qt::DirectConnection);
+    }
+}
+
+} // namespace kx

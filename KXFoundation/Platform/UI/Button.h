@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/KXUIExport.h>
+#include <KXFoundation/Platform/UI/AttributedString.h>
+#include <KXFoundation/Platform/UI/Image.h>
+#include <KXFoundation/Platform/UI/ViewOn.h>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QPointer>
+#include <QtWidgets/QAbstractButton>
+
+#include <memory>
+
+namespace kx {
+
+class ButtonContent;
+
+/// A button without a border of its own: an image, scaled down to fit but never up, beside its title. What is absent
+/// takes no room. It has an "off" and an "on" state; the "on" state may bring an image and a title of its own.
+///
+/// A press performs the action: the target's method of that name is called with the button, and clicked() is emitted,
+/// by mouse, keyboard, click() or assistive technology alike. The keyboard reaches the button by Tab; a click does not
+/// take the focus away from where it is. A disabled button looks the same.
+class KX_UI_EXPORT Button : public ViewOn<QAbstractButton> {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
+    Q_PROPERTY(QString alternateTitle READ alternateTitle WRITE setAlternateTitle NOTIFY titleChanged)
+    Q_PROPERTY(int state READ state WRITE setState NOTIFY stateChanged)
+
+public:
+    explicit Button(QWidget *parent = nullptr);
+    ~Button() override;
+
+    /// Null unless set. A title without attributes is drawn in the button's font and the palette's text colour.
+    [[nodiscard]] QString title() const { return m_title.string(); }
+    /// The title, without attributes.
+    void setTitle(const QString &title);
+    [[nodiscard]] QString alternateTitle() const { return m_alternateTitle.string(); }
+    void setAlternateTitle(const QString &title);
+    /// The title with its attributes; setting it sets the plain title as well.
+    [[nodiscard]] AttributedString attributedTitle() const { return m_title; }
+    void setAttributedTitle(const AttributedString &title);
+    [[nodiscard]] AttributedString attributedAlternateTitle() const { return m_alternateTitle; }
+    void setAttributedAlternateTitle(const AttributedString &title);
+
+    [[nodiscard]] Image image() const { return m_image; }
+    void setImage(const Image &image);
+    [[nodiscard]] Image alternateImage() const { return m_alternateImage; }
+    void setAlternateImage(const Image &image);
+
+    /// 0 for off, 1 for on.
+    [[nodiscard]] int state() const { return m_state; }
+    virtual void setState(int state);
+
+    /// The font of titles without one, the widget's at first. None stands for the application's font at fontSize().
+    [[nodiscard]] Font font() const { return m_font; }
+    void setFont(const Font &font);
+    /// The size of the last font that was one, in points.
+    [[nodiscard]] double fontSize() const { return m_fontSize; }
+    [[nodiscard]] TextAlignment alignment() const { return m_alignment; }
+    void setAlignment(TextAlignment alignment);
+    /// Of titles; word wrapping (0) at first.
+    [[nodiscard]] LineBreakMode lineBreakMode() const { return m_lineBreakMode; }
+    void setLineBreakMode(LineBreakMode mode);
+
+    /// The object that performs the action, held weakly.
+    [[nodiscard]] QObject *target() const { return m_target; }
+    void setTarget(QObject *target) { m_target = target; }
+    /// The name of an invokable method of the target that takes the button as a `QObject *`, or nothing. Empty for
+    /// none.
+    [[nodiscard]] QByteArray action() const { return m_action; }
+    void setAction(const QByteArray &action) { m_action = action; }
+
+    /// That of the image at its own size beside the title.
+    [[nodiscard]] QSizeF intrinsicContentSize() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void titleChanged();
+    void stateChanged(int state);
+
+protected:
+    /// Performs the action and emits clicked(), as a click does. The button may be gone afterwards.
+    void performAction() { Q_EMIT clicked(); }
+
+    void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    /// Called when the button was enabled or disabled, itself or with its parent.
+    virtual void enabledChanged();
+
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void contentChanged();
+    void sendAction();
+    [[nodiscard]] ButtonContent &content() const;
+
+    AttributedString m_title;
+    AttributedString m_alternateTitle;
+    Image m_image;
+    Image m_alternateImage;
+    Font m_font;
+    TextAlignment m_alignment = TextAlignment::Center;
+    LineBreakMode m_lineBreakMode = LineBreakMode::WordWrapping;
+    int m_state = 0;
+    double m_fontSize = 0;
+    QPointer<QObject> m_target;
+    QByteArray m_action;
+    std::unique_ptr<ButtonContent> m_content; // what the state shows
+    mutable bool m_contentIsStale = true;
+};
+
+} // namespace kx

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/KXUIExport.h>
+#include <KXFoundation/Platform/UI/Image.h>
+#include <KXFoundation/Platform/UI/ViewOn.h>
+
+#include <QtWidgets/QWidget>
+
+namespace kx {
+
+/// Shows an image in its middle, scaled down in proportion where it does not fit and never up.
+class KX_UI_EXPORT ImageView : public ViewOn<QWidget> {
+    Q_OBJECT
+
+public:
+    explicit ImageView(QWidget *parent = nullptr);
+    ~ImageView() override;
+
+    [[nodiscard]] Image image() const { return m_image; }
+    void setImage(const Image &image);
+
+    /// The image's size; none without an image.
+    [[nodiscard]] QSizeF intrinsicContentSize() const override;
+
+protected:
+    void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Image m_image;
+};
+
+} // namespace kx

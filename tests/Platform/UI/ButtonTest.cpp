@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/Button.h>
+
+#include <Support/Pointer.h>
+
+#include <QtGui/QAccessible>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Counts what it is asked to perform.
+class Target : public QObject {
+    Q_OBJECT
+public:
+    int played = 0;
+    int stopped = 0;
+    QObject *sender = nullptr;
+    bool deletesSender = false;
+
+    Q_INVOKABLE void play(QObject *from)
+    {
+        ++played;
+        sender = from;
+        if (deletesSender)
+            delete from;
+    }
+    Q_INVOKABLE void stop() { ++stopped; }
+};
+
+QImage square(int side, const QColor &color)
+{
+    QImage image(side, side, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+}
+
+} // namespace
+
+class ButtonTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+
+    void performsItsActionOnce_data();
+    void performsItsActionOnce();
+    void knowsActionsWithAndWithoutSender();
+    void doesNothingForAnActionThatTheTargetLacks();
+    void holdsItsTargetWeakly();
+    void mayBeDeletedByItsAction();
+    void isDisabled();
+    void showsTheImageOfItsState();
+    void scalesItsImageDownAndNeverUp();
+    void keepsTitleAndAttributedTitleTogether();
+    void drawsItsTitleInThePalettesColour();
+    void drawsTheTitleBesideTheImage();
+    void hintsAtTheSizeOfItsContent();
+    void rendersWithoutAFontAtItsLastSize();
+    void takesTheFocusByTabAlone();
+    void isAButtonToAssistiveTechnology();
+
+private:
+    std::unique_ptr<QWidget> m_window;
+    QPointer<kx::Button> m_button;
+    std::unique_ptr<Target> m_target;
+};
+
+void ButtonTest::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_qs));
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(200, 100);
+    m_button = new kx::Button(m_window.get());
+    m_button->setGeometry(20, 20, 100, 40);
+    m_target = std::make_unique<Target>();
+    m_button->setTarget(m_target.get());
+    m_button->setAction("play");
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void ButtonTest::performsItsActionOnce_data()
+{
+    QTest::addColumn<QString>("by");
+    for (const char *by : {"mouse", "keyboard", "click", "assistive technology"})
+        QTest::newRow(by) << QString::fromLatin1(by);
+}
+
+void ButtonTest::performsItsActionOnce()
+{
+    QFETCH(QString, by);
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    if (by == u"mouse")
+        Pointer(*m_button).click({50, 20});
+    else if (by == u"keyboard")
+        QTest::keyClick(m_button, Qt::Key_Space);
+    else if (by == u"click")
+        m_button->click();
+    else
+        QAccessible::queryAccessibleInterface(m_button)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+    QTRY_COMPARE(clicked.count(), 1);
+    QCOMPARE(m_target->played, 1);
+    QCOMPARE(m_target->sender, m_button.data());
+}
+
+void ButtonTest::knowsActionsWithAndWithoutSender()
+{
+    m_button->setAction("stop");
+    m_button->click();
+    QCOMPARE(m_target->stopped, 1);
+    QCOMPARE(m_target->played, 0);
+}
+
+void ButtonTest::doesNothingForAnActionThatTheTargetLacks()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setAction("dance");
+    m_button->click();
+    m_button->setAction({});
+    m_button->click();
+    QCOMPARE(m_target->played + m_target->stopped, 0);
+    QCOMPARE(clicked.count(), 2);
+}
+
+void ButtonTest::holdsItsTargetWeakly()
+{
+    m_target.reset();
+    QVERIFY(!m_button->target());
+    m_button->click();
+}
+
+void ButtonTest::mayBeDeletedByItsAction()
+{
+    m_target->deletesSender = true;
+    Pointer(*m_button).click({50, 20});
+    QVERIFY(!m_button);
+    QCOMPARE(m_target->played, 1);
+}
+
+void ButtonTest::isDisabled()
+{
+    m_button->setImage(square(10, Qt::red));
+    const QImage before = m_button->grab().toImage();
+    m_button->setEnabled(false);
+    Pointer(*m_button).click({50, 20});
+    m_button->click();
+    QCOMPARE(m_target->played, 0);
+    QCOMPARE(m_button->grab().toImage(), before); // no other look
+}
+
+void ButtonTest::showsTheImageOfItsState()
+{
+    QSignalSpy changed(m_button, &kx::Button::stateChanged);
+    m_button->setImage(square(20, Qt::red));
+    m_button->setState(1);
+    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::red));
+    m_button->setAlternateImage(square(20, Qt::blue));
+    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::blue));
+    m_button->setState(0);
+    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::red));
+    QCOMPARE(changed.count(), 2);
+}
+
+void ButtonTest::scalesItsImageDownAndNeverUp()
+{
+    m_button->setImage(square(10, Qt::red));
+    QImage shown = m_button->grab().toImage();
+    QCOMPARE(shown.pixelColor(46, 16), QColor(Qt::red));
+    QVERIFY(shown.pixelColor(40, 20) != QColor(Qt::red));
+    m_button->setImage(square(80, Qt::red)); // to 40, the height
+    shown = m_button->grab().toImage();
+    QCOMPARE(shown.pixelColor(32, 1), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(68, 38), QColor(Qt::red));
+    QVERIFY(shown.pixelColor(28, 20) != QColor(Qt::red));
+}
+
+void ButtonTest::keepsTitleAndAttributedTitleTogether()
+{
+    QVERIFY(m_button->title().isNull());
+    QSignalSpy changed(m_button, &kx::Button::titleChanged);
+    m_button->setAttributedTitle(kx::AttributedString(u"Play"_s, {.foregroundColor = Qt::red}));
+    QCOMPARE(m_button->title(), u"Play"_s);
+    QCOMPARE(m_button->text(), u"Play"_s);
+    m_button->setTitle(u"Stop"_s);
+    QCOMPARE(m_button->attributedTitle().string(), u"Stop"_s);
+    QVERIFY(!m_button->attributedTitle().attributesAt(0).foregroundColor);
+    m_button->setAttributedAlternateTitle(kx::AttributedString(u"On"_s));
+    QCOMPARE(m_button->alternateTitle(), u"On"_s);
+    QCOMPARE(changed.count(), 3);
+}
+
+namespace {
+
+// How many pixels are about as red as can be.
+int redPixels(const QImage &image, const QRect &area)
+{
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            count += color.red() > 200 && color.green() < 60 && color.blue() < 60;
+        }
+    }
+    return count;
+}
+
+} // namespace
+
+void ButtonTest::drawsItsTitleInThePalettesColour()
+{
+    QPalette palette = m_button->palette();
+    palette.setColor(QPalette::ButtonText, Qt::red);
+    m_button->setPalette(palette);
+    m_button->setTitle(u"MMMM"_s);
+    QVERIFY(redPixels(m_button->grab().toImage(), m_button->rect()) > 30);
+    m_button->setTitle(QString());
+    QCOMPARE(redPixels(m_button->grab().toImage(), m_button->rect()), 0);
+}
+
+void ButtonTest::drawsTheTitleBesideTheImage()
+{
+    m_button->setImage(square(20, Qt::blue));
+    m_button->setAttributedTitle(kx::AttributedString(u"MM"_s, {.foregroundColor = Qt::red}));
+    const QImage shown = m_button->grab().toImage();
+    int blueEnd = 0;
+    for (int x = 0; x < shown.width(); ++x) {
+        if (shown.pixelColor(x, 20) == QColor(Qt::blue))
+            blueEnd = x;
+    }
+    QVERIFY(blueEnd > 0);
+    QVERIFY(blueEnd < 60);
+    QCOMPARE(redPixels(shown, {0, 0, blueEnd + 1, 40}), 0);
+    QVERIFY(redPixels(shown, {blueEnd + 1, 0, 99 - blueEnd, 40}) > 15);
+}
+
+void ButtonTest::hintsAtTheSizeOfItsContent()
+{
+    QCOMPARE(m_button->intrinsicContentSize(), QSizeF(0, 0));
+    m_button->setImage(square(20, Qt::blue));
+    QCOMPARE(m_button->sizeHint(), QSize(20, 20));
+    const QSizeF image = m_button->intrinsicContentSize();
+    m_button->setTitle(u"Play"_s);
+    QVERIFY(m_button->intrinsicContentSize().width() > image.width() + 10);
+}
+
+void ButtonTest::rendersWithoutAFontAtItsLastSize()
+{
+    QFont large = m_button->QAbstractButton::font();
+    large.setPixelSize(30);
+    m_button->setFont(large);
+    QCOMPARE(m_button->fontSize(), 30.0);
+    m_button->setTitle(u"M"_s);
+    const double height = m_button->intrinsicContentSize().height();
+    QVERIFY(height > 25);
+    m_button->setFont(nullptr);
+    QVERIFY(!m_button->font());
+    QCOMPARE(m_button->fontSize(), 30.0);
+    QVERIFY(qAbs(m_button->intrinsicContentSize().height() - height) < 6);
+}
+
+void ButtonTest::takesTheFocusByTabAlone()
+{
+    QCOMPARE(m_button->focusPolicy(), Qt::TabFocus);
+    QWidget other(m_window.get());
+    other.setFocusPolicy(Qt::StrongFocus);
+    other.show();
+    other.setFocus();
+    QTRY_VERIFY(other.hasFocus());
+    Pointer(*m_button).click({50, 20});
+    QCOMPARE(m_target->played, 1);
+    QVERIFY(other.hasFocus());
+}
+
+void ButtonTest::isAButtonToAssistiveTechnology()
+{
+    m_button->setTitle(u"Play"_s);
+    QAccessibleInterface *const accessible = QAccessible::queryAccessibleInterface(m_button);
+    QVERIFY(accessible);
+    QCOMPARE(accessible->role(), QAccessible::Button);
+    QCOMPARE(accessible->text(QAccessible::Name), u"Play"_s);
+}
+
+QTEST_MAIN(ButtonTest)
+#include "ButtonTest.moc"
