@@ -5,6 +5,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QStyleHints>
 #include <QtGui/QWindow>
+#include <QtGui/private/qhighdpiscaling_p.h>
 #include <QtGui/qpa/qwindowsysteminterface.h>
 
 namespace {
@@ -85,7 +86,8 @@ void Pointer::wheel(const QPoint &angleDelta)
     QWindow *handle = window();
     if (!handle)
         return;
-    QWindowSystemInterface::handleWheelEvent(handle, ++now, local(), m_global, {}, angleDelta, m_modifiers);
+    QWindowSystemInterface::handleWheelEvent(
+        handle, ++now, local(*handle), global(*handle), {}, angleDelta, m_modifiers);
     if (!m_queued)
         QWindowSystemInterface::flushWindowSystemEvents();
 }
@@ -110,9 +112,11 @@ void Pointer::send(QEvent::Type type, Qt::MouseButton button)
     const auto deliver = [&](auto delivery) {
         using Delivery = decltype(delivery);
         if (!std::exchange(m_inside, true))
-            QWindowSystemInterface::handleEnterEvent<Delivery>(handle, local(), m_global);
+            QWindowSystemInterface::handleEnterEvent<Delivery>(handle, local(*handle), global(*handle));
+        if (!m_widget) // deleted by a handler
+            return;
         QWindowSystemInterface::handleMouseEvent<Delivery>(
-            handle, ++now, local(), m_global, m_buttons, button, type, m_modifiers);
+            handle, ++now, local(*handle), global(*handle), m_buttons, button, type, m_modifiers);
     };
     if (m_queued)
         deliver(Later());
@@ -125,7 +129,13 @@ QWindow *Pointer::window() const
     return m_widget ? m_widget->window()->windowHandle() : nullptr;
 }
 
-QPointF Pointer::local() const
+// The window system counts device pixels.
+QPointF Pointer::local(const QWindow &window) const
 {
-    return m_widget->window()->mapFromGlobal(m_global);
+    return QHighDpi::toNativeLocalPosition(m_widget->window()->mapFromGlobal(m_global), &window);
+}
+
+QPointF Pointer::global(const QWindow &window) const
+{
+    return QHighDpi::toNativeGlobalPosition(m_global, &window);
 }

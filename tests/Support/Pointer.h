@@ -47,7 +47,8 @@ public:
 private:
     void send(QEvent::Type type, Qt::MouseButton button);
     [[nodiscard]] QWindow *window() const;
-    [[nodiscard]] QPointF local() const; // in the window
+    [[nodiscard]] QPointF local(const QWindow &window) const;
+    [[nodiscard]] QPointF global(const QWindow &window) const;
 
     QPointer<QWidget> m_widget;
     QPointF m_global;

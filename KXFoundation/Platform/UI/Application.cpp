@@ -28,4 +28,9 @@ QWidget *modalWindow()
     return nullptr;
 }
 
+bool applicationIsActive()
+{
+    return QGuiApplication::applicationState() == Qt::ApplicationActive;
+}
+
 } // namespace kx

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How events reach a view's handlers, and what the handlers do of themselves.
+#include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
@@ -135,7 +136,10 @@ void ViewInterface::mouseExited(Event *) { }
 
 void ViewInterface::mouseMoved(Event *) { }
 
-void ViewInterface::cursorUpdate(Event *) { }
+void ViewInterface::cursorUpdate(Event *)
+{
+    Cursor::reset();
+}
 
 bool ViewInterface::acceptsFirstResponder() const
 {

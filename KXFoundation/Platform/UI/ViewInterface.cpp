@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/ConstraintLayout.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/HitTesting.h>
 #include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 #include <KXFoundation/Platform/UI/ViewController.h>
@@ -36,13 +37,15 @@ ViewInterface::ViewInterface(QWidget &widget)
 {
     widget.setGeometry(0, 0, 0, 0);
     m_settledSize = widget.size();
-    ViewWatch::start();
+    (void)ViewWatch::instance(); // from here on it must see what happens
 }
 
 ViewInterface::~ViewInterface()
 {
     if (m_controller)
         m_controller->setView(nullptr);
+    if (ViewWatch *watch = ViewWatch::existing())
+        watch->tracker().viewDestroyed(*this);
 }
 
 ViewInterface *ViewInterface::of(QWidget *widget)
@@ -62,6 +65,7 @@ void ViewInterface::setFrame(const QRectF &frame)
     if (ViewInterface *above = superview())
         above->settleSubviews();
     m_widget->setGeometry(edgesRounded(inSuperview(frame)));
+    m_placed = m_widget->geometry();
     settleSubviews();
 }
 
@@ -167,9 +171,7 @@ ViewInterface *ViewInterface::hitTest(const QPointF &point)
     if (isExplicitlyHidden() || !pointInRect(point, frame()))
         return nullptr;
     const QPointF inside = pointFromSuperview(point);
-    QList<ViewInterface *> fromTheTop = subviews();
-    std::reverse(fromTheTop.begin(), fromTheTop.end());
-    for (ViewInterface *view : std::as_const(fromTheTop)) {
+    for (ViewInterface *view : HitTesting::subviewsAt(*this, inside)) {
         if (ViewInterface *hit = view->hitTest(inside))
             return hit;
     }
@@ -238,6 +240,10 @@ void ViewInterface::settleWindow()
     if (m_window != before) // it has been moved on meanwhile
         return;
     m_window = window;
+    if (window) {
+        m_trackedSize = m_widget->size();
+        ViewWatch::instance().updateTrackingAreasOf(*this, true);
+    }
     viewDidMoveToWindow();
 }
 
@@ -245,25 +251,16 @@ void ViewInterface::viewWillMoveToWindow(QWidget *) { }
 
 void ViewInterface::viewDidMoveToWindow() { }
 
-void ViewInterface::addTrackingArea(const TrackingAreaRef &area)
+void ViewInterface::geometryChanged()
 {
-    m_trackingAreas.append(area);
-}
-
-void ViewInterface::removeTrackingArea(const TrackingAreaRef &area)
-{
-    m_trackingAreas.removeOne(area);
-}
-
-void ViewInterface::updateTrackingAreas() { }
-
-void ViewInterface::wasResized()
-{
+    m_placed = m_widget->geometry();
     settleSubviews();
+    if (m_window && std::exchange(m_trackedSize, m_widget->size()) != m_widget->size())
+        ViewWatch::instance().updateTrackingAreasOf(*this, false);
 }
 
 // Not driven by the resize event alone: a widget that is not shown gets that one only when it is, and without its old
-// size.
+// size. What Qt was told about a subview meanwhile is taken to be meant for the present size.
 void ViewInterface::settleSubviews()
 {
     const QSizeF size = m_widget->size();
@@ -276,9 +273,12 @@ void ViewInterface::settleSubviews()
         const auto upright = [this](const QRectF &rect, double height) {
             return isFlipped() ? rect : flippedRect(rect, height);
         };
-        const QRectF old = upright(view->m_widget->geometry(), before.height());
-        const QRectF frame = autoresized(old, before, size, view->m_autoresizingMask);
-        view->m_widget->setGeometry(edgesRounded(upright(frame, size.height())));
+        if (view->m_placed == view->m_widget->geometry()) {
+            const QRectF old = upright(view->m_placed, before.height());
+            const QRectF frame = autoresized(old, before, size, view->m_autoresizingMask);
+            view->m_widget->setGeometry(edgesRounded(upright(frame, size.height())));
+        }
+        view->m_placed = view->m_widget->geometry();
         view->settleSubviews();
     }
     if (m_constraints)

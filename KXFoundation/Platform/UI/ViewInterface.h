@@ -139,7 +139,7 @@ public:
     virtual void keyDown(Event *event);
     virtual void keyUp(Event *event);
 
-    // Sent for tracking areas alone. They do nothing here.
+    // Sent for tracking areas alone. The first three do nothing here, cursorUpdate() shows the widget's own cursor.
 
     virtual void mouseEntered(Event *event);
     virtual void mouseExited(Event *event);
@@ -148,13 +148,16 @@ public:
 
     // --- tracking areas ------------------------------------------------------------------------------------------
 
+    /// An area that says the same as one that the view has already is kept as a further copy of that one: it is
+    /// reported, but owners hear once of all copies. Null is ignored.
     void addTrackingArea(const TrackingAreaRef &area);
-    /// Does nothing for an area that the view does not have.
+    /// Takes off one copy. Does nothing for an area that the view does not have.
     void removeTrackingArea(const TrackingAreaRef &area);
-    /// In the order in which they were added.
-    [[nodiscard]] QList<TrackingAreaRef> trackingAreas() const { return m_trackingAreas; }
-    /// Called when the areas may need to be replaced: once on entering a window, then after a change of the view's size
-    /// or window, before the next event of the pointer; never for a plain move. Does nothing here.
+    /// In the order in which they were added, each with its copies.
+    [[nodiscard]] QList<TrackingAreaRef> trackingAreas() const;
+    /// Called when the areas may need to be replaced: once when the view has entered a window, as soon as that is on
+    /// the screen and the events at hand are handled; then after changes of the view's size, once for all of them
+    /// before the next event of the pointer. Never for a plain move. Does nothing here.
     virtual void updateTrackingAreas();
 
     // --- drawing -------------------------------------------------------------------------------------------------
@@ -191,15 +194,21 @@ protected:
     virtual bool baseEvent(QEvent &event) = 0;
     /// Paints the view, within a paint event of its widget.
     void paint(const QPaintEvent &event);
-    /// To be called after the base class has handled a resize event.
-    void wasResized();
+    /// To be called after the base class has handled a move or resize event.
+    void geometryChanged();
     /// The size hint of a view whose class beneath hints at `base`.
     [[nodiscard]] QSize hintedSize(const QSize &base) const;
 
 private:
     friend class ConstraintLayout;
+    friend class PointerTracker;
     friend class ViewController;
     friend class ViewWatch;
+
+    struct CountedArea {
+        TrackingAreaRef area;
+        qsizetype count;
+    };
 
     [[nodiscard]] Responder *responderAbove() const;
     [[nodiscard]] QRectF inSuperview(const QRectF &rect) const;
@@ -208,12 +217,14 @@ private:
     void settleWindow();
     void takeFocusByClick();
     void handToBase(Event *event);
+    [[nodiscard]] bool hasTrackingArea(const TrackingAreaRef &area) const;
     void compose(QPainter &painter, const QRect &area);
     [[nodiscard]] double alphaOnScreen() const;
 
     QWidget *const m_widget;
     ViewController *m_controller = nullptr; // set and cleared by the controller
-    QList<TrackingAreaRef> m_trackingAreas;
+    QList<CountedArea> m_trackingAreas;
+    QSize m_trackedSize; // that updateTrackingAreas() was last called for, or will be
     QPointer<QWidget> m_window;
     struct Live {
         QEvent *event;
@@ -228,6 +239,7 @@ private:
     std::optional<bool> m_translatesMask;
     std::unique_ptr<ConstraintLayout> m_constraints; // of the subviews; null without any
     QSizeF m_settledSize; // the size that the subviews are placed for
+    QRect m_placed; // the widget's geometry for that size of the superview
 };
 
 } // namespace kx

@@ -31,12 +31,12 @@ protected:
         // Before the base class: some controls act on presses in event() itself.
         if (routeEvent(*event))
             return true;
-        if (event->type() != QEvent::Resize)
+        if (event->type() != QEvent::Resize && event->type() != QEvent::Move)
             return Base::event(event);
         const QPointer<QWidget> alive(this);
         const bool handled = Base::event(event);
         if (alive)
-            wasResized();
+            geometryChanged();
         return handled;
     }
     bool baseEvent(QEvent &event) override { return Base::event(&event); }

@@ -3,16 +3,21 @@
 
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
-#include <QtCore/QPointer>
-#include <QtWidgets/QWidget>
+#include <QtGui/QCursor>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+
+#include <utility>
 
 namespace kx {
 
 namespace {
 
 QPointer<ViewWatch> theWatch;
+
+const auto updateRequest = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 // The views at and below a widget, parents first; only those below hidden widgets unless all are wanted.
 void collect(QWidget &widget, bool all, QList<QPointer<QWidget>> &views)
@@ -26,34 +31,125 @@ void collect(QWidget &widget, bool all, QList<QPointer<QWidget>> &views)
     }
 }
 
+// Whether Qt looks for a widget beneath the pointer in order to deliver the event. While a button is down, the widget
+// that was pressed gets everything.
+bool looksForWidget(const QSinglePointEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseMove: return !event.buttons();
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: return event.buttons() == event.button();
+    case QEvent::Enter:
+    case QEvent::Wheel: return true;
+    default: return false;
+    }
+}
+
+/// Where an event of the pointer is among the widgets.
+struct Place {
+    Place(QWidget &target, const QSinglePointEvent &event)
+        : Place(target, event, QApplication::activePopupWidget())
+    {
+    }
+
+    QWidget &host; // that Qt looks in
+    QPointF position; // in it
+    QWidget &window;
+    QPointF positionInWindow;
+
+private:
+    // An open popup gets the events of all windows.
+    Place(QWidget &target, const QSinglePointEvent &event, QWidget *popup)
+        : host(popup ? *popup : target)
+        , position(popup ? popup->mapFromGlobal(event.globalPosition()) : event.position())
+        , window(*host.window())
+        , positionInWindow(host.mapTo(&window, position))
+    {
+    }
+};
+
 } // namespace
 
-void ViewWatch::start()
+ViewWatch &ViewWatch::instance()
 {
     if (!theWatch)
         theWatch = new ViewWatch(*QCoreApplication::instance());
+    return *theWatch;
+}
+
+ViewWatch *ViewWatch::existing()
+{
+    return theWatch;
 }
 
 ViewWatch::ViewWatch(QObject &application)
     : QObject(&application)
+    , m_tap(*this)
 {
     application.installEventFilter(this);
+    for (QWindow *window : QGuiApplication::allWindows())
+        tap(*window);
+}
+
+void ViewWatch::updateTrackingAreasOf(ViewInterface &view, bool entered)
+{
+    for (Due &due : m_due) {
+        if (due.widget == view.widget()) {
+            due.entered |= entered;
+            if (entered)
+                postUpdate();
+            return;
+        }
+    }
+    m_due.append({view.widget(), entered});
+    if (entered)
+        postUpdate();
 }
 
 bool ViewWatch::eventFilter(QObject *watched, QEvent *event)
 {
-    if (!watched->isWidgetType())
-        return false;
-    auto &widget = static_cast<QWidget &>(*watched);
-    switch (event->type()) {
+    if (watched->isWidgetType())
+        widgetEvent(static_cast<QWidget &>(*watched), *event);
+    else if (event->type() == QEvent::PlatformSurface && watched->isWindowType())
+        tap(static_cast<QWindow &>(*watched));
+    else if (event->type() == QEvent::ApplicationStateChange && watched == parent())
+        m_tracker.activityChanged();
+    return false;
+}
+
+void ViewWatch::widgetEvent(QWidget &widget, const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Hide:
+    case QEvent::ZOrderChange: m_tracker.views().invalidate(); break;
     case QEvent::Show:
-        // What is visible below it has had an event of its own.
-        settleWindows(widget, false);
+        m_tracker.views().invalidate();
+        settleWindows(widget, false); // what is visible below it has had an event of its own
         break;
-    case QEvent::ParentChange: settleWindows(widget, true); break;
+    case QEvent::ParentChange:
+        m_tracker.views().invalidate();
+        settleWindows(widget, true);
+        break;
+    case QEvent::Enter:
+        m_hitTesting.restore();
+        m_tracker.cursor().widgetEntered(widget);
+        break;
+    case QEvent::Leave:
+        m_hitTesting.restore();
+        m_tracker.cursor().widgetLeft(widget);
+        break;
+    case QEvent::MouseMove:
+        m_hitTesting.restore();
+        if (!m_tracker.cursor().hovered()) // its "enter" event was spared, since one of its children is gone
+            m_tracker.cursor().widgetEntered(widget);
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel: m_hitTesting.restore(); break;
     default: break;
     }
-    return false;
 }
 
 void ViewWatch::settleWindows(QWidget &widget, bool all)
@@ -64,6 +160,86 @@ void ViewWatch::settleWindows(QWidget &widget, bool all)
         if (view)
             ViewInterface::of(view)->settleWindow();
     }
+}
+
+void ViewWatch::tap(QWindow &window)
+{
+    if (window.inherits("QWidgetWindow"))
+        window.installEventFilter(&m_tap);
+}
+
+bool ViewWatch::Tap::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::Wheel:
+    case QEvent::Enter:
+    case QEvent::Leave: return m_watch.deliver(static_cast<QWindow &>(*watched), *event);
+    case QEvent::Expose: m_watch.postUpdate(); return false;
+    default: return false;
+    }
+}
+
+bool ViewWatch::deliver(QWindow &window, QEvent &event)
+{
+    const QPointer<QWindow> alive(&window);
+    updateTrackingAreas(false);
+    const QPointer<QWidget> host(alive ? QWidget::find(window.winId()) : nullptr);
+    if (!host)
+        return !alive;
+    const auto *pointer = event.isSinglePointEvent() ? static_cast<QSinglePointEvent *>(&event) : nullptr;
+    if (pointer && looksForWidget(*pointer)) {
+        const Place place(*host, *pointer);
+        const ViewMap::Spots spots = m_tracker.views().viewsAt(place.window, place.positionInWindow);
+        m_hitTesting.prepare(place.host, place.position.toPoint(), spots);
+    }
+    QObject &receiver = window; // through the base class, where this function is public
+    receiver.event(&event);
+    m_hitTesting.restore();
+    if (!alive || !host)
+        return true;
+    if (pointer) {
+        const Place place(*host, *pointer);
+        m_tracker.pointerAt(place.window, place.positionInWindow, *pointer);
+    } else if (host->isWindow() || !host->window()->geometry().contains(QCursor::pos())) {
+        // (From a native widget within the window, the pointer mostly goes on to the window itself.)
+        m_tracker.pointerLeft(*host->window());
+    }
+    return true;
+}
+
+void ViewWatch::updateTrackingAreas(bool onlyEntered)
+{
+    for (const Due &due : std::exchange(m_due, {})) {
+        ViewInterface *view = due.widget ? ViewInterface::of(due.widget) : nullptr;
+        const QWindow *window = view && view->shownWindow() ? view->shownWindow()->windowHandle() : nullptr;
+        if (!window)
+            continue;
+        if (onlyEntered && !(due.entered && window->isExposed()))
+            m_due.append(due);
+        else
+            view->updateTrackingAreas();
+    }
+}
+
+void ViewWatch::postUpdate()
+{
+    if (m_due.isEmpty() || std::exchange(m_updatePosted, true))
+        return;
+    // Behind the requests of layouts, also those that are still to come: views get the place they stay in first.
+    QCoreApplication::postEvent(this, new QEvent(updateRequest), Qt::LowEventPriority);
+}
+
+bool ViewWatch::event(QEvent *event)
+{
+    if (event->type() != updateRequest)
+        return QObject::event(event);
+    m_updatePosted = false;
+    updateTrackingAreas(true);
+    return true;
 }
 
 } // namespace kx

@@ -1,27 +1,74 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KXFoundation/Platform/UI/HitTesting.h>
+#include <KXFoundation/Platform/UI/PointerTracker.h>
+
 #include <QtCore/QObject>
 
-class QWidget;
+class QSinglePointEvent;
+class QWindow;
 
 namespace kx {
 
-/// Sees the events of all widgets before they do, and tells views what happens to them and around them: that the
-/// window they are in is shown or has become another one. Goes with the application object.
+class ViewInterface;
+
+/// Sees what happens to all widgets before they do, for the sake of the views among them: that they come into a window
+/// or into another place, and where the pointer is. There is one for the application object, which it goes with.
+///
+/// Events of the pointer are taken where Qt sends them to a native window, after every filter of the application; this
+/// delivers them itself, so that something can be done before and after.
 class ViewWatch : public QObject {
     Q_OBJECT
 
 public:
-    /// Does nothing when there is one already.
-    static void start();
+    /// Made on first use, which must not be before there is an application object.
+    [[nodiscard]] static ViewWatch &instance();
+    /// Null when none was made, or when it is gone with the application object.
+    [[nodiscard]] static ViewWatch *existing();
 
+    [[nodiscard]] PointerTracker &tracker() { return m_tracker; }
+
+    /// Has the view's updateTrackingAreas() called before the next event of the pointer, however often this was asked
+    /// by then. For a view that has entered a window, not later than when that is on the screen and the events at hand
+    /// are handled.
+    void updateTrackingAreasOf(ViewInterface &view, bool entered);
+
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// The filter of native windows. Filters of the application see an event first.
+    class Tap : public QObject {
+    public:
+        explicit Tap(ViewWatch &watch)
+            : m_watch(watch)
+        {
+        }
+        bool eventFilter(QObject *watched, QEvent *event) override;
+
+    private:
+        ViewWatch &m_watch;
+    };
+    struct Due {
+        QPointer<QWidget> widget;
+        bool entered;
+    };
+
     explicit ViewWatch(QObject &application);
 
+    void widgetEvent(QWidget &widget, const QEvent &event);
     static void settleWindows(QWidget &widget, bool all);
+    void tap(QWindow &window);
+    bool deliver(QWindow &window, QEvent &event);
+    void updateTrackingAreas(bool onlyEntered);
+    void postUpdate();
+
+    Tap m_tap;
+    PointerTracker m_tracker;
+    HitTesting m_hitTesting;
+    QList<Due> m_due;
+    bool m_updatePosted = false;
 };
 
 } // namespace kx

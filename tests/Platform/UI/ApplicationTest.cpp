@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/Application.h>
 
+#include "Support/Activation.h"
+
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QMenu>
@@ -16,6 +18,7 @@ private Q_SLOTS:
     void knowsTheLatestApplicationModalWindow();
     void passesOverWindowsThatAreModalToAnotherOne();
     void doesNotCountPopups();
+    void isActiveWhileAWindowHasTheKeyboard();
 };
 
 void ApplicationTest::hasNoModalWindowByItself()
@@ -71,6 +74,18 @@ void ApplicationTest::doesNotCountPopups()
     menu.popup({});
     QVERIFY(menu.isVisible());
     QVERIFY(!kx::modalWindow());
+}
+
+void ApplicationTest::isActiveWhileAWindowHasTheKeyboard()
+{
+    QWidget window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(kx::applicationIsActive());
+    activate(nullptr);
+    QVERIFY(!kx::applicationIsActive());
+    activate(&window);
+    QVERIFY(kx::applicationIsActive());
 }
 
 QTEST_MAIN(ApplicationTest)

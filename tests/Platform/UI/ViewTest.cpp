@@ -59,6 +59,7 @@ private Q_SLOTS:
     void addingDoesNotShowAHiddenView();
     void keepsSubviewsAtTheBottomLeftWhenItGrows();
     void resizesSubviewsWhileItIsNotShown();
+    void keepsWhatQtWasToldBeforeItWasShown();
     void resizesSubviewsThroughSeveralLevels();
     void leavesSubviewsInALayoutAlone();
     void hitsTheTopmostView();
@@ -225,6 +226,21 @@ void ViewTest::resizesSubviewsWhileItIsNotShown()
     m_root->resize(400, 300);
     m_root->show();
     QCOMPARE(view.geometry(), QRect(0, 0, 400, 300));
+}
+
+void ViewTest::keepsWhatQtWasToldBeforeItWasShown()
+{
+    kx::View root;
+    auto *view = new kx::View(&root);
+    root.setGeometry(0, 0, 200, 100); // Qt tells nobody
+    view->setGeometry(10, 20, 30, 40);
+    root.show();
+    QCOMPARE(view->geometry(), QRect(10, 20, 30, 40));
+    root.resize(200, 150);
+    QCOMPARE(view->geometry(), QRect(10, 70, 30, 40));
+    view->setGeometry(10, 20, 30, 40);
+    root.resize(200, 100);
+    QCOMPARE(view->geometry(), QRect(10, -30, 30, 40));
 }
 
 void ViewTest::resizesSubviewsThroughSeveralLevels()

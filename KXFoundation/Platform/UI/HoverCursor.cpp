@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include <KXFoundation/Platform/UI/HoverCursor.h>
+
+#include <QtGui/QWindow>
+
+namespace kx {
+
+void HoverCursor::widgetLeft(QWidget &widget)
+{
+    // The innermost widget is told first, and its parent only if that is left, too.
+    if (m_hovered && (m_hovered == &widget || widget.isAncestorOf(m_hovered)))
+        m_hovered = widget.isWindow() ? nullptr : widget.parentWidget();
+}
+
+void HoverCursor::set(const QCursor &cursor)
+{
+    QWindow *handle = window();
+    if (!handle)
+        return;
+    m_cursor = cursor;
+    handle->setCursor(cursor);
+}
+
+void HoverCursor::reset()
+{
+    m_cursor.reset();
+    if (QWindow *handle = window())
+        handle->setCursor(m_hovered->cursor());
+}
+
+QCursor HoverCursor::current() const
+{
+    const QWindow *handle = window();
+    return handle ? handle->cursor() : QCursor();
+}
+
+void HoverCursor::settle()
+{
+    if (m_settled == m_hovered)
+        return;
+    m_settled = m_hovered;
+    if (m_cursor)
+        reset();
+}
+
+void HoverCursor::renew()
+{
+    QWindow *handle = m_cursor ? window() : nullptr;
+    if (handle && handle->cursor() != *m_cursor)
+        handle->setCursor(*m_cursor);
+}
+
+QWindow *HoverCursor::window() const
+{
+    if (!m_hovered)
+        return nullptr;
+    const QWidget *native = m_hovered->internalWinId() ? m_hovered.data() : m_hovered->nativeParentWidget();
+    return native ? native->windowHandle() : nullptr;
+}
+
+} // namespace kx
