@@ -6,12 +6,11 @@
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
 
 #include <QtGui/QFocusEvent>
-#include <QtGui/QPaintEvent>
 
 namespace kx {
 
 StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask styleMask, QWidget *parent)
-    : ViewOn<QAbstractButton>(parent)
+    : Button(parent)
     , m_kind(kind)
 {
     switch (kind) {
@@ -28,7 +27,6 @@ StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask st
         setEnabled(styleMask.testFlag(WindowStyle::Resizable));
         break;
     }
-    setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard where it is
     setAttribute(Qt::WA_Hover); // repainted when the pointer comes and goes
     resize(sizeHint());
     connect(this, &QAbstractButton::clicked, this, &StandardWindowButton::act);
@@ -63,13 +61,13 @@ bool StandardWindowButton::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
         update();
-    return ViewOn<QAbstractButton>::event(event);
+    return Button::event(event);
 }
 
 // Qt gives the first widget that Tab reaches the focus when a window becomes active.
 void StandardWindowButton::focusInEvent(QFocusEvent *event)
 {
-    ViewOn<QAbstractButton>::focusInEvent(event);
+    Button::focusInEvent(event);
     if (event->reason() != Qt::ActiveWindowFocusReason)
         m_reached = true;
     else if (!m_reached)
@@ -78,14 +76,9 @@ void StandardWindowButton::focusInEvent(QFocusEvent *event)
 
 void StandardWindowButton::focusOutEvent(QFocusEvent *event)
 {
-    ViewOn<QAbstractButton>::focusOutEvent(event);
+    Button::focusOutEvent(event);
     if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
         m_reached = false;
-}
-
-void StandardWindowButton::paintEvent(QPaintEvent *event)
-{
-    paint(*event);
 }
 
 void StandardWindowButton::drawRect(QPainter &painter, const QRectF &)

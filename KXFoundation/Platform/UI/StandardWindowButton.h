@@ -2,10 +2,8 @@
 #pragma once
 
 #include <KXFoundation/KXUIExport.h>
-#include <KXFoundation/Platform/UI/ViewOn.h>
+#include <KXFoundation/Platform/UI/Button.h>
 #include <KXFoundation/Platform/UI/WindowStyle.h>
-
-#include <QtWidgets/QAbstractButton>
 
 #include <memory>
 
@@ -15,13 +13,14 @@ namespace kx {
 enum class WindowButton { Close = 0, Miniaturize = 1, Zoom = 2 };
 
 /// One of the three round buttons of a window, drawn by the library: 14 x 16 logical pixels, wherever it is put. It
-/// acts on the top-level widget that it is in: closes it, minimises it, or takes it into full screen and back.
+/// acts on the top-level widget that it is in: closes it, minimises it, or takes it into full screen and back. An
+/// action that the application gives it is performed before that. A title or image is not drawn.
 ///
 /// Coloured while its window is the active one or the pointer is over the group, grey otherwise and when disabled. The
 /// symbol shows while the pointer is over the group, which a superview that is a StandardWindowButtonGroup answers; in
 /// another superview the button is its own group. Tab reaches it, and the space bar and assistive technology press it.
 /// A window that comes to the front never begins with it: the space bar would close the window.
-class KX_UI_EXPORT StandardWindowButton : public ViewOn<QAbstractButton> {
+class KX_UI_EXPORT StandardWindowButton : public Button {
     Q_OBJECT
 
 public:
@@ -35,7 +34,6 @@ public:
 
 protected:
     bool event(QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;

@@ -74,6 +74,21 @@ bool hasSymbol(const QImage &image)
     return false;
 }
 
+/// Performs an action: notes whether the window was still there.
+class Recorder : public QObject {
+    Q_OBJECT
+public:
+    explicit Recorder(const QWidget &window)
+        : m_window(window)
+    {
+    }
+    Q_INVOKABLE void record() { wasVisible = m_window.isVisible(); }
+    bool wasVisible = false;
+
+private:
+    const QWidget &m_window;
+};
+
 } // namespace
 
 class StandardWindowButtonTest : public QObject {
@@ -91,6 +106,7 @@ private Q_SLOTS:
     void minimisesItsWindow();
     void takesItsWindowIntoFullScreenAndBack();
     void keepsOtherStatesOfTheWindow();
+    void performsAnActionOfTheApplicationFirst();
     void doesNothingWhenDisabled();
     void doesNothingInNoWindow();
     void doesNothingWhenReleasedOutside();
@@ -240,6 +256,18 @@ void StandardWindowButtonTest::keepsOtherStatesOfTheWindow()
     add(WindowButton::Miniaturize)->click();
     QVERIFY(m_window->isMinimized());
     QVERIFY(m_window->isFullScreen()); // when it comes back
+}
+
+void StandardWindowButtonTest::performsAnActionOfTheApplicationFirst()
+{
+    auto *button = add(WindowButton::Close);
+    Recorder recorder(*m_window);
+    button->setTarget(&recorder);
+    button->setAction("record");
+    showActive();
+    Pointer(*button).click(QPointF(7, 8));
+    QVERIFY(recorder.wasVisible);
+    QVERIFY(!m_window->isVisible());
 }
 
 void StandardWindowButtonTest::doesNothingWhenDisabled()

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Support/Activation.h"
 #include "Support/Pointer.h"
 #include <KXFoundation/Platform/UI/StandardWindowButton.h>
 #include <KXFoundation/Platform/UI/View.h>
@@ -6,6 +7,7 @@
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
 
 #include <memory>
 
@@ -18,6 +20,20 @@ namespace {
 
 constexpr auto ownChrome = WindowStyle::Titled | WindowStyle::Closable | WindowStyle::Miniaturizable
     | WindowStyle::Resizable | WindowStyle::FullSizeContentView;
+
+/// Takes clicks and notes them.
+class Noting : public kx::View {
+public:
+    explicit Noting(QStringList &log)
+        : m_log(log)
+    {
+    }
+    void mouseDown(kx::Event *) override { m_log << u"down"_qs; }
+    void mouseUp(kx::Event *) override { m_log << u"up"_qs; }
+
+private:
+    QStringList &m_log;
+};
 
 } // namespace
 
@@ -34,6 +50,9 @@ private Q_SLOTS:
     void staysAboveTheContent();
     void followsTheStyle();
     void actsOnItsWindow();
+    void showsSymbolsWhileThePointerIsOverIt();
+    void noSymbolsComeUnderAModalWindow();
+    void letsThePointerThroughElsewhere();
     void mayBeHidden();
     void isMadeAnewWhenItWasDeleted();
 
@@ -129,6 +148,51 @@ void WindowCornerTest::actsOnItsWindow()
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     Pointer(*button).click(QPointF(7, 8));
     QVERIFY(!m_window->isVisible());
+}
+
+void WindowCornerTest::showsSymbolsWhileThePointerIsOverIt()
+{
+    auto *close = m_window->standardWindowButton(WindowButton::Close);
+    auto *zoom = m_window->standardWindowButton(WindowButton::Zoom);
+    m_window->show();
+    activate(m_window.get());
+    const auto picture = [&] { return close->grab().toImage(); };
+    Pointer pointer(*m_window);
+    pointer.moveTo(QPointF(200, 100));
+    const QImage outside = picture();
+    pointer.moveTo(zoom->mapTo(m_window.get(), QPointF(7, 8)));
+    QVERIFY(picture() != outside);
+    pointer.moveTo(QPointF(200, 100));
+    QCOMPARE(picture(), outside);
+}
+
+void WindowCornerTest::noSymbolsComeUnderAModalWindow()
+{
+    auto *close = m_window->standardWindowButton(WindowButton::Close);
+    auto *corner = close->superview();
+    m_window->show();
+    const QImage without = close->grab().toImage();
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    corner->mouseEntered(nullptr);
+    QCOMPARE(close->grab().toImage(), without);
+    dialog.hide();
+    corner->mouseEntered(nullptr);
+    QVERIFY(close->grab().toImage() != without);
+    corner->mouseExited(nullptr);
+    QCOMPARE(close->grab().toImage(), without);
+}
+
+void WindowCornerTest::letsThePointerThroughElsewhere()
+{
+    QStringList log;
+    m_window->setCentralWidget(new Noting(log));
+    QVERIFY(m_window->standardWindowButton(WindowButton::Close));
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    Pointer(*m_window).click(QPointF(75, 30));
+    QCOMPARE(log, (QStringList{u"down"_qs, u"up"_qs}));
 }
 
 void WindowCornerTest::mayBeHidden()

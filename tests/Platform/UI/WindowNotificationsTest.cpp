@@ -2,13 +2,14 @@
 #include <KXFoundation/Platform/UI/NotificationCenter.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
 
+#include "Support/Activation.h"
+
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QMainWindow>
 
 #include <memory>
-#include <qpa/qwindowsysteminterface.h>
 
 using namespace Qt::StringLiterals;
 
@@ -78,7 +79,7 @@ void WindowNotificationsTest::tellsWhenTheApplicationComesToTheFrontAndGoes()
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     QTRY_COMPARE(willBecome.senders, QList<QObject *>{qApp});
     QVERIFY(didResign.senders.isEmpty());
-    QWindowSystemInterface::handleWindowActivated(nullptr);
+    activate(nullptr);
     QTRY_COMPARE(didResign.senders, QList<QObject *>{qApp});
     QCOMPARE(willBecome.senders.size(), 1);
     QVERIFY(fromTheWindow.senders.isEmpty());
