@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/KXUIExport.h>
+
+#include <QtCore/QString>
+
+#include <optional>
+
+class QWidget;
+
+namespace kx {
+
+class Event;
+
+/// Where a control stands that lets its user choose a number.
+struct RangeState {
+    double value = 0;
+    double minimum = 0;
+    double maximum = 0;
+    double step = 0; ///< of the arrow keys
+    double pageStep = 0; ///< of page up and page down
+};
+
+/// What keyboard and assistive technology need of such a control. A widget class that implements it is accessible as a
+/// slider once makeAccessible() was called.
+class KX_UI_EXPORT RangeControl {
+public:
+    virtual ~RangeControl();
+
+    [[nodiscard]] virtual RangeState rangeState() const = 0;
+    /// Takes a value as if the user had dragged there; it is within the range.
+    virtual void setByUser(double value) = 0;
+    /// The present value for people.
+    [[nodiscard]] virtual QString valueText() const = 0;
+
+protected:
+    /// Lets the accessibility of the application know such controls. To be called by constructors.
+    static void makeAccessible();
+    /// Tells assistive technology of a new value. `widget` is the control itself.
+    void valueWasChanged(QWidget &widget) const;
+    /// The value that a key asks for: arrows, page up and down, home and end, within the range. Absent for other keys,
+    /// for keys with modifiers, and when there is no range.
+    [[nodiscard]] std::optional<double> valueForKey(const Event &event) const;
+};
+
+/// Hours (from one on), minutes and seconds: "1:02:03", "2:03". Negative and non-finite values count as 0.
+[[nodiscard]] KX_UI_EXPORT QString timeText(double seconds);
+
+} // namespace kx
