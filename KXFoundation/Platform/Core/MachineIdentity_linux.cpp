@@ -73,7 +73,7 @@ QString hardwareUuid(const QString &root)
 QString hardwareSerialNumber(const QString &root)
 {
     for (const char *name : {"sys/class/dmi/id/product_serial", "proc/device-tree/serial-number"}) {
-        const QString number = textOf(root, name);
+        QString number = textOf(root, name);
         if (!isFiller(number))
             return number;
     }
