@@ -242,7 +242,7 @@ private Q_SLOTS:
             write(name, QByteArray(text).replace('%', other));
             QProcess process;
             ask(process, name);
-            QTRY_COMPARE(process.state(), QProcess::NotRunning);
+            QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 20'000);
             QCOMPARE(process.readAllStandardOutput(), QByteArray("0"));
             QCOMPARE(process.exitCode(), 0);
         }
