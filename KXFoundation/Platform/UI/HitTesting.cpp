@@ -114,16 +114,15 @@ QWidget *HitTesting::obstacle(QWidget &host, QWidget &found, const ViewMap::Spot
     for (auto root = roots.crbegin(); root != roots.crend(); ++root) {
         const ViewSpot *spot = spotOf(*root, spots);
         hit = spot ? hitAt(*spot) : *root;
-        if (!hit)
-            return host.isAncestorOf((*root)->widget()) ? (*root)->widget() : nullptr;
+        if (!hit) {
+            QWidget *missed = (*root)->widget();
+            return missed != &host && host.isAncestorOf(missed) ? missed : nullptr;
+        }
     }
     if (hit == view)
         return nullptr;
-    const auto holdsHit = [hit](const QWidget *widget) {
-        return widget == hit->widget() || widget->isAncestorOf(hit->widget());
-    };
     QWidget *inTheWay = &found;
-    while (inTheWay != &host && !holdsHit(inTheWay->parentWidget()))
+    while (inTheWay != &host && !inTheWay->parentWidget()->isAncestorOf(hit->widget()))
         inTheWay = inTheWay->parentWidget();
     return inTheWay == &host ? nullptr : inTheWay;
 }

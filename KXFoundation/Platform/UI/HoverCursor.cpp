@@ -8,7 +8,7 @@ namespace kx {
 void HoverCursor::widgetLeft(QWidget &widget)
 {
     // The innermost widget is told first, and its parent only if that is left, too.
-    if (m_hovered && (m_hovered == &widget || widget.isAncestorOf(m_hovered)))
+    if (m_hovered && widget.isAncestorOf(m_hovered)) // which it is of itself, too
         m_hovered = widget.isWindow() ? nullptr : widget.parentWidget();
 }
 
