@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/RichTextView/_KXAttributedItem.h>
 #include <KXFoundation/Platform/UI/AttributedString.h>
+#include <KXFoundation/RichTextView/_KXAttributedItem.h>
 
 #include <QtCore/QList>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/CustomComponent/RichTextView/KXAttributedString.h>
+#include <KXFoundation/RichTextView/KXAttributedString.h>
 
 #include <QtTest/QTest>
 

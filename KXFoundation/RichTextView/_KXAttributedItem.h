@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/RichTextView/_KXOtherAttributedItem.h>
 #include <KXFoundation/Platform/UI/TextRange.h>
+#include <KXFoundation/RichTextView/_KXOtherAttributedItem.h>
 
 #include <QtCore/QList>
 

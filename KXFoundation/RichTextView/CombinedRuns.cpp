@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/CustomComponent/RichTextView/CombinedRuns.h>
+#include <KXFoundation/RichTextView/CombinedRuns.h>
 
-#include <KXFoundation/CustomComponent/RichTextView/KXAttributedString.h>
+#include <KXFoundation/RichTextView/KXAttributedString.h>
 
 using kx::TextAttributes;
 
