@@ -39,8 +39,9 @@ public:
     [[nodiscard]] bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
 
-    /// The shadow of what is painted: of the background where there is one, else of the drawing's opaque parts. The
-    /// offset's height counts upwards. Absent colours and opacities that are not above 0 cast none.
+    /// The shadow of what is painted, the background as well as the drawing, outside of the view too, but for a view
+    /// that is a window. The offset's height counts upwards; the radius is the standard deviation of the blur. Absent
+    /// colours and opacities that are not above 0 cast none.
     [[nodiscard]] Color shadowColor() const { return m_shadowColor; }
     void setShadowColor(const Color &color);
     [[nodiscard]] QSizeF shadowOffset() const { return m_shadowOffset; }

@@ -6,6 +6,7 @@
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/HitTesting.h>
 #include <KXFoundation/Platform/UI/Layer.h>
+#include <KXFoundation/Platform/UI/LayerShadow.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 #include <KXFoundation/Platform/UI/ViewController.h>
 #include <KXFoundation/Platform/UI/ViewWatch.h>
@@ -42,6 +43,7 @@ ViewInterface::ViewInterface(QWidget &widget)
 
 ViewInterface::~ViewInterface()
 {
+    delete m_shadow.data();
     if (m_controller)
         m_controller->setView(nullptr);
     if (ViewWatch *watch = ViewWatch::existing())

@@ -16,6 +16,7 @@
 #include <optional>
 
 class QEvent;
+class QImage;
 class QPaintEvent;
 class QPainter;
 
@@ -25,6 +26,7 @@ class ConstraintLayout;
 class Event;
 class ViewController;
 class Layer;
+class LayerShadow;
 
 /// What a view adds to the widget that it is: coordinates with y growing upwards, subviews, hit testing, events of the
 /// pointer and the keyboard, tracking areas and drawing.
@@ -220,6 +222,8 @@ private:
     [[nodiscard]] bool hasTrackingArea(const TrackingAreaRef &area) const;
     void compose(QPainter &painter, const QRect &area);
     [[nodiscard]] double alphaOnScreen() const;
+    [[nodiscard]] QImage composed(const QRect &area);
+    void castShadow(double alpha);
 
     QWidget *const m_widget;
     ViewController *m_controller = nullptr; // set and cleared by the controller
@@ -233,6 +237,7 @@ private:
     Live *m_live = nullptr; // the event that is being routed
     bool m_rightPressSwallowed = false;
     std::unique_ptr<Layer> m_layer;
+    QPointer<LayerShadow> m_shadow; // its parent's
     double m_alphaValue = 1;
     bool m_wantsLayer = false;
     AutoresizingMask m_autoresizingMask = Autoresizing::None;

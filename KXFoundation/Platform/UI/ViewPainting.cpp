@@ -2,6 +2,7 @@
 // How a view's own drawing, its layer and its alpha become what is on the screen.
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/Layer.h>
+#include <KXFoundation/Platform/UI/LayerShadow.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <QtGui/QImage>
@@ -55,6 +56,7 @@ void ViewInterface::paint(const QPaintEvent &event)
     if (wantsUpdateLayer())
         updateLayer();
     const double alpha = alphaOnScreen();
+    castShadow(alpha);
     if (alpha <= 0)
         return;
     QPainter painter(m_widget);
@@ -63,21 +65,44 @@ void ViewInterface::paint(const QPaintEvent &event)
         return;
     }
     // Composed apart, then blended: what overlaps inside the view must not show through.
-    const QRect area = event.rect();
-    const double ratio = m_widget->devicePixelRatioF();
-    QImage composed((QSizeF(area.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    composed.setDevicePixelRatio(ratio);
-    composed.fill(Qt::transparent);
-    {
-        QPainter inner(&composed);
-        inner.setFont(m_widget->font());
-        inner.setPen(painter.pen());
-        inner.translate(-area.topLeft());
-        inner.setClipRect(area);
-        compose(inner, area);
-    }
     painter.setOpacity(alpha);
-    painter.drawImage(area.topLeft(), composed);
+    painter.drawImage(event.rect().topLeft(), composed(event.rect()));
+}
+
+QImage ViewInterface::composed(const QRect &area)
+{
+    const double ratio = m_widget->devicePixelRatioF();
+    QImage image((QSizeF(area.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    if (image.isNull())
+        return image;
+    QPainter painter(&image);
+    painter.setFont(m_widget->font());
+    painter.setPen(m_widget->palette().color(m_widget->foregroundRole()));
+    painter.translate(-area.topLeft());
+    painter.setClipRect(area);
+    compose(painter, area);
+    return image;
+}
+
+// Widgets are neither made nor shown in the midst of painting.
+void ViewInterface::castShadow(double alpha)
+{
+    const bool casts = m_layer && m_layer->castsShadow() && m_widget->parentWidget() && !m_widget->isWindow();
+    if (casts && m_shadow) {
+        m_shadow->cast(composed(m_widget->rect()), *m_layer, alpha);
+    } else if (casts) {
+        const auto make = [this] {
+            if (!m_shadow && m_widget->parentWidget())
+                m_shadow = new LayerShadow(*m_widget);
+            setNeedsDisplay();
+        };
+        QMetaObject::invokeMethod(m_widget, make, Qt::QueuedConnection);
+    } else if (m_shadow) {
+        m_shadow->deleteLater();
+        m_shadow.clear();
+    }
 }
 
 void ViewInterface::compose(QPainter &painter, const QRect &area)
