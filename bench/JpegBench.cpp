@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Row.h"
 
-#include <KXFoundation/CustomComponent/BigImageThumb/KXBigImageThumb.h>
+#include <KXFoundation/BigImageThumb/KXBigImageThumb.h>
 #include <tests/Support/JpegFile.h>
 
 #include <QtCore/QTemporaryDir>

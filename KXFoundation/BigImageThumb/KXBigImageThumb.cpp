@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/CustomComponent/BigImageThumb/KXBigImageThumb.h>
+#include <KXFoundation/BigImageThumb/KXBigImageThumb.h>
 
 #include <KXFoundation/Category/BitmapKXTools.h>
 #include <KXFoundation/Platform/UI/ImageFiles/JpegDecoder.h>
