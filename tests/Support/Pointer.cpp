@@ -8,6 +8,8 @@
 #include <QtGui/private/qhighdpiscaling_p.h>
 #include <QtGui/qpa/qwindowsysteminterface.h>
 
+#include <utility>
+
 namespace {
 
 // Shared by all pointers: Qt compares the time of a press with that of the press before, whatever window had it.
@@ -42,6 +44,13 @@ void Pointer::moveBy(const QPointF &shift)
 {
     m_global += shift;
     send(QEvent::MouseMove, Qt::NoButton);
+}
+
+void Pointer::moveWithButtons(const QPointF &shift, Qt::MouseButtons buttons)
+{
+    const Qt::MouseButtons own = std::exchange(m_buttons, buttons);
+    moveBy(shift);
+    m_buttons = own;
 }
 
 void Pointer::press(Qt::MouseButton button)

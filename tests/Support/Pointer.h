@@ -28,6 +28,8 @@ public:
     void moveTo(const QPointF &position);
     /// Moves on the screen, wherever the window is by now.
     void moveBy(const QPointF &shift);
+    /// A move that tells of other buttons than the ones that went down here, as when a release went astray.
+    void moveWithButtons(const QPointF &shift, Qt::MouseButtons buttons);
     void press(Qt::MouseButton button = Qt::LeftButton);
     void release(Qt::MouseButton button = Qt::LeftButton);
     void click(const QPointF &position, Qt::MouseButton button = Qt::LeftButton);

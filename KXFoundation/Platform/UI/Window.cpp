@@ -9,6 +9,8 @@
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
 #include <QtGui/QCursor>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QMouseEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 
@@ -26,6 +28,18 @@ Qt::WindowFlags flagsFor(WindowStyleMask style)
     flags.setFlag(Qt::WindowMinimizeButtonHint, style.testFlag(WindowStyle::Miniaturizable));
     flags.setFlag(Qt::WindowMaximizeButtonHint, style.testFlag(WindowStyle::Resizable));
     return flags;
+}
+
+QPalette lightPalette()
+{
+    QPalette palette(QColor(236, 236, 236));
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, QColor(244, 245, 245));
+    palette.setColor(QPalette::Highlight, QColor(0, 99, 225));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0, 104, 218));
+    palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 64));
+    return palette;
 }
 
 } // namespace
@@ -70,8 +84,9 @@ QRectF Window::frame() const
 
 void Window::setFrame(const QRectF &frame, bool display, bool)
 {
+    const QSize before = size();
     setGeometry(edgesRounded(screenFlipped(contentRectForFrameRect(frame))));
-    if (display)
+    if (display && size() != before)
         repaint();
 }
 
@@ -144,6 +159,12 @@ void Window::setIgnoresMouseEvents(bool ignores)
     Q_EMIT ignoresMouseEventsChanged(ignores);
 }
 
+void Window::setAppearance(Appearance appearance)
+{
+    m_appearance = appearance;
+    setPalette(appearance == Appearance::VibrantLight ? lightPalette() : QPalette());
+}
+
 bool Window::canBecomeKeyWindow() const
 {
     return styleMask() != WindowStyle::Borderless;
@@ -175,6 +196,36 @@ bool Window::event(QEvent *event)
     if (event->type() == QEvent::Show)
         applyInputFlags();
     return QMainWindow::event(event);
+}
+
+bool Window::canPlaceItself() const
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+bool Window::handDragToSystemMove()
+{
+    const bool taken = windowHandle() && windowHandle()->startSystemMove();
+    if (taken)
+        releaseDrag();
+    return taken;
+}
+
+bool Window::handDragToSystemResize(Qt::Edges edges)
+{
+    const bool taken = windowHandle() && windowHandle()->startSystemResize(edges);
+    if (taken)
+        releaseDrag();
+    return taken;
+}
+
+void Window::releaseDrag()
+{
+    const QPointF global = QCursor::pos();
+    const QPointF position = global - geometry().topLeft();
+    const QMouseEvent release(QEvent::MouseButtonRelease, position, global, Qt::LeftButton, Qt::NoButton,
+        QGuiApplication::keyboardModifiers());
+    WindowEvents::hold(Event(release, this, windowHandle()));
 }
 
 // What the window manager adds around the content.

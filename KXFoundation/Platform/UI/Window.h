@@ -2,6 +2,7 @@
 #pragma once
 
 #include <KXFoundation/KXUIExport.h>
+#include <KXFoundation/Platform/UI/Appearance.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Responder.h>
 #include <KXFoundation/Platform/UI/WindowStyle.h>
@@ -49,7 +50,7 @@ public:
 
     /// On the screen.
     [[nodiscard]] QRectF frame() const;
-    /// Moves each edge to the nearest whole pixel. `display` repaints the window before it returns, which Qt otherwise
+    /// Moves each edge to the nearest whole pixel. `display` paints a new size before it returns, which Qt otherwise
     /// does soon. `animate` is taken for the sake of the interface: the change is immediate.
     void setFrame(const QRectF &frame, bool display, bool animate = false);
     /// The frame's smallest and largest size that the user can give it: the limits of the widget and of its layout.
@@ -82,10 +83,11 @@ public:
     /// handled. Until it has come, an event loop runs, and the mouse, wheel and key events of all windows wait. Those
     /// that nobody dequeues are handled after the present one, in their order.
     ///
-    /// None when no such event will come: the window was hidden, closed or deleted, lost the keyboard to another window
-    /// or application, or has a modal window before it now; the pointer moves with no button down, or no button is down
-    /// at all, as when a program sent the press to a widget; the application quits. The press that is being handled is
-    /// then taken back when it has been handled, with QEvent::UngrabMouse. The window may be gone afterwards.
+    /// None when no event is being handled, and when no such event will come: the window was hidden, closed or deleted,
+    /// lost the keyboard to another window or application, or has a modal window before it now; the pointer moves with
+    /// no button down, or no button is down at all, as when a program sent the press to a widget; the application
+    /// quits. The press that is being handled is then taken back when it has been handled, with QEvent::UngrabMouse.
+    /// The window may be gone afterwards.
     [[nodiscard]] std::optional<Event> nextEvent(EventMask mask, bool dequeue = true);
     /// Where the pointer is now, in the window.
     [[nodiscard]] QPointF mouseLocationOutsideOfEventStream() const;
@@ -94,6 +96,13 @@ public:
     /// do that, the window gets the events, and its views are to ignore them.
     [[nodiscard]] bool ignoresMouseEvents() const;
     void setIgnoresMouseEvents(bool ignores);
+
+    // --- look ----------------------------------------------------------------------------------------------------
+
+    /// Inherited at first.
+    [[nodiscard]] Appearance appearance() const { return m_appearance; }
+    /// Replaces the window's palette.
+    void setAppearance(Appearance appearance);
 
     // --- the keyboard --------------------------------------------------------------------------------------------
 
@@ -121,13 +130,26 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
 
+    // --- where a window cannot place itself ----------------------------------------------------------------------
+
+    /// Whether setFrame() can move the window: false where the window system alone says where windows are, as on
+    /// Wayland.
+    [[nodiscard]] bool canPlaceItself() const;
+    /// Let the window system go on with a drag that the window handles: to move the window, or to resize it by some of
+    /// its edges. It keeps the pointer's events until the button is up; the window gets a release at once instead,
+    /// which nextEvent() finds. False when the window system does not; then nothing happens.
+    bool handDragToSystemMove();
+    bool handDragToSystemResize(Qt::Edges edges);
+
 private:
     friend class WindowController;
 
+    void releaseDrag();
     [[nodiscard]] QMarginsF decoration() const;
     void applyInputFlags();
 
     std::optional<WindowStyleMask> m_styleMask;
+    Appearance m_appearance = Appearance::Inherited;
     WindowController *m_controller = nullptr; // set and cleared by the controller
     QPointer<WindowCorner> m_corner;
 };

@@ -81,17 +81,14 @@ WindowEvents::WindowEvents(QObject &application)
     application.installEventFilter(this);
 }
 
-bool WindowEvents::takes(const QObject &watched, const QEvent &event)
-{
-    return theEvents && isInput(event.type()) && theEvents->isTaken(watched, event);
-}
-
 void WindowEvents::deliver(const Event &event)
 {
     if (!theEvents)
         return;
     // Looked up before: the handler may end the frame's window, but not the frame.
     Frame *frame = theEvents->m_frame;
+    if (frame && std::exchange(frame->waits, false))
+        theEvents->postDrain();
     const bool accepted = theEvents->m_delivery.deliver(event);
     if (frame) {
         frame->delivered = true;
@@ -101,22 +98,24 @@ void WindowEvents::deliver(const Event &event)
 
 std::optional<Event> WindowEvents::next(const Window &window, EventMask mask, bool dequeue)
 {
-    if (!theEvents)
+    Frame *latest = theEvents ? theEvents->m_frame : nullptr;
+    if (!latest)
         return std::nullopt;
-    Frame *frame = theEvents->m_frame;
-    while (frame && frame->window != &window)
-        frame = frame->outer;
     if (!window.isVisible())
         theEvents->endWaiting(&window);
+    Frame *frame = latest;
+    while (frame && frame->window != &window)
+        frame = frame->outer;
     if (frame && frame->cancelled)
         return std::nullopt;
     // Nobody would end the wait after a press that came from no device.
-    const bool pressed = QGuiApplication::mouseButtons() && !(frame && frame->fromProgram);
+    const bool pressed = QGuiApplication::mouseButtons() && !latest->fromProgram;
     if (!pressed && !theEvents->m_held.hasAny(mask))
         return std::nullopt;
     std::optional<Event> event = theEvents->m_held.next(window, mask, dequeue);
     if (!event && frame)
         frame->cancelled = true;
+    latest->waits = event.has_value();
     if (theEvents)
         theEvents->postDrain();
     return event;
@@ -183,7 +182,9 @@ bool WindowEvents::isTaken(const QObject &watched, const QEvent &event) const
         return true;
     const QWidget *window = topLevelOf(watched);
     const QWidget *popup = QApplication::activePopupWidget();
-    return qobject_cast<const Window *>(window) && (!popup || popup == window);
+    if (popup && popup != window)
+        return false;
+    return isHolding() || qobject_cast<const Window *>(window);
 }
 
 void WindowEvents::handle(QObject &watched, QEvent &event)
@@ -192,7 +193,7 @@ void WindowEvents::handle(QObject &watched, QEvent &event)
     if (announcesDoubleClick(event))
         return; // comes again with the double click
     Event taken(event, topLevelOf(watched), &watched);
-    if (m_held.isWaiting()) {
+    if (isHolding()) {
         m_held.add(std::move(taken));
         return;
     }
@@ -200,7 +201,7 @@ void WindowEvents::handle(QObject &watched, QEvent &event)
     drain(); // what came before
     if (!alive || !theEvents)
         return;
-    if (m_held.isWaiting()) // a handler of that waits now, in a loop around this one
+    if (isHolding()) // a handler of that waits now, in a loop around this one
         m_held.add(std::move(taken));
     else
         event.setAccepted(dispatch(std::move(taken)));
@@ -217,6 +218,7 @@ bool WindowEvents::dispatch(Event event)
     if (!theEvents)
         return true;
     m_frame = frame.outer;
+    postDrain();
     const bool swallowedLastRelease = isRelease(event.type()) && !event.buttons() && !frame.delivered;
     if ((frame.cancelled || swallowedLastRelease) && m_delivery.isPressed())
         m_delivery.cancelPress();
@@ -226,10 +228,18 @@ bool WindowEvents::dispatch(Event event)
 void WindowEvents::endWaiting(const QWidget *window)
 {
     for (Frame *frame = m_frame; frame; frame = frame->outer) {
-        if (!window || frame->window == window)
-            frame->cancelled = true;
+        if (window && frame->window != window)
+            continue;
+        frame->cancelled = true;
+        frame->waits = false;
     }
     m_held.cancel(window);
+    postDrain();
+}
+
+bool WindowEvents::isHolding() const
+{
+    return m_held.isWaiting() || (m_frame && m_frame->waits);
 }
 
 void WindowEvents::postDrain()
@@ -248,7 +258,7 @@ void WindowEvents::postDrain()
 void WindowEvents::drain()
 {
     // A handler may run an event loop of its own, in which the rest must not be stuck.
-    while (!m_held.isEmpty() && !m_held.isWaiting()) {
+    while (!m_held.isEmpty() && !isHolding()) {
         Event event = m_held.takeFirst();
         postDrain();
         dispatch(std::move(event));

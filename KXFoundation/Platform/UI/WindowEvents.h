@@ -16,17 +16,15 @@ class Window;
 /// sends to its QWindow, and what anybody sends straight to a widget in it. While a window waits for an event, all
 /// windows' events of these kinds are held back.
 ///
-/// A filter on the application object, there as soon as there is a window, and gone with the application. What belongs
-/// to an open popup stays Qt's. Main thread only.
+/// A filter on the application object, there as soon as there is a window, and gone with the application: filters of a
+/// QWindow itself see what windows hand on, and nothing else. What belongs to an open popup stays Qt's. Main thread
+/// only.
 class WindowEvents : public QObject {
     Q_OBJECT
 
 public:
     /// Does nothing without an application object, or when it has started already.
     static void start();
-    /// Whether `event`, which is on its way to `watched`, goes through a window first: the widgets get a copy of it
-    /// later, or nothing. To be asked by other filters of the application, which would otherwise see it twice.
-    [[nodiscard]] static bool takes(const QObject &watched, const QEvent &event);
 
     /// What the base implementation of Window::sendEvent() does.
     static void deliver(const Event &event);
@@ -45,6 +43,7 @@ private:
         const Window *window; // compared only
         Frame *outer;
         bool fromProgram; // sent straight to a widget
+        bool waits = false; // has waited, and may wait again
         bool cancelled = false; // no release will come
         bool delivered = false;
         bool accepted = false;
@@ -57,6 +56,7 @@ private:
     /// Answers whether somebody accepted it.
     bool dispatch(Event event);
     void endWaiting(const QWidget *window);
+    [[nodiscard]] bool isHolding() const;
     void postDrain();
     void drain();
 

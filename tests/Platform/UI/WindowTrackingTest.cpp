@@ -334,11 +334,7 @@ void WindowTrackingTest::nothingComesWhenTheWaitEnds()
             QWindowSystemInterface::handleApplicationStateChanged<QWindowSystemInterface::SynchronousDelivery>(
                 Qt::ApplicationInactive);
             break;
-        case End::LostRelease:
-            QWindowSystemInterface::handleMouseEvent<QWindowSystemInterface::SynchronousDelivery>(
-                m_window->windowHandle(), QPointF(60, 60), m_window->mapToGlobal(QPointF(60, 60)), Qt::NoButton,
-                Qt::NoButton, QEvent::MouseMove);
-            break;
+        case End::LostRelease: pointer.moveWithButtons(QPointF(9, 10), Qt::NoButton); break;
         }
     });
     pointer.press();
@@ -441,8 +437,7 @@ void WindowTrackingTest::doesNotWaitForTheReleaseThatWentAstray()
     pointer.queue();
     pointer.press();
     pointer.moveBy(QPointF(1, 0));
-    QWindowSystemInterface::handleMouseEvent<QWindowSystemInterface::AsynchronousDelivery>(m_window->windowHandle(),
-        QPointF(60, 60), m_window->mapToGlobal(QPointF(60, 60)), Qt::NoButton, Qt::NoButton, QEvent::MouseMove);
+    pointer.moveWithButtons(QPointF(9, 10), Qt::NoButton);
     pointer.deliver();
     QCOMPARE(m_taken, (Types{EventType::LeftMouseDragged, EventType::Other}));
     QTRY_COMPARE(m_view->types().last(), QEvent::MouseMove);
