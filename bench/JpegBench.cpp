@@ -38,7 +38,7 @@ const QString &bigFile()
 
 void decode(benchmark::State &state)
 {
-    const QString path = bigFile();
+    const QString &path = bigFile();
     while (state.KeepRunning()) {
         if (KXBigImageThumb(path).width() != bigSize.width())
             return state.SkipWithError("not decoded");
@@ -47,7 +47,7 @@ void decode(benchmark::State &state)
 
 void decodePeer(benchmark::State &state)
 {
-    const QString path = bigFile();
+    const QString &path = bigFile();
     QImageReader::setAllocationLimit(0);
     while (state.KeepRunning()) {
         if (QImageReader(path).read().size() != bigSize)

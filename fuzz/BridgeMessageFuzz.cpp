@@ -14,7 +14,7 @@ QJsonValue rebuilt(const QJsonValue &value)
 {
     if (value.isArray()) {
         QJsonArray array;
-        for (const QJsonValue &element : value.toArray())
+        for (const auto &element : value.toArray())
             array.append(rebuilt(element));
         return array;
     }

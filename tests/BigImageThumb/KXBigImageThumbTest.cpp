@@ -32,7 +32,7 @@ QColor bigColor(int x, int y)
 {
     const auto wave = [](int at) { return std::abs(at % 510 - 255); };
     const int at = x + y % 256;
-    return QColor(wave(at), wave(at + 100), wave(at / 2));
+    return {wave(at), wave(at + 100), wave(at / 2)};
 }
 
 // Rows are parts of one long row, so that the file takes little time to make.
@@ -276,9 +276,10 @@ void KXBigImageThumbTest::takesAnyName()
 void KXBigImageThumbTest::memoryIsLimited()
 {
     QCOMPARE(KXBigImageThumb::memoryLimitInBytes(), defaultLimit);
-    KXBigImageThumb::setMemoryLimitInBytes(200 * 100 * 4);
+    constexpr qint64 size = 80000; // 200 x 100, 4 bytes each
+    KXBigImageThumb::setMemoryLimitInBytes(size);
     QVERIFY(KXBigImageThumb(path(u"small.jpg"_qs)).bitmap() == nullptr);
-    KXBigImageThumb::setMemoryLimitInBytes(200 * 100 * 4 + 1);
+    KXBigImageThumb::setMemoryLimitInBytes(size + 1);
     QCOMPARE(KXBigImageThumb(path(u"small.jpg"_qs)).width(), 200.0);
     KXBigImageThumb::setMemoryLimitInBytes(0);
     QCOMPARE(KXBigImageThumb(path(u"small.jpg"_qs)).width(), 200.0);
@@ -296,6 +297,7 @@ void KXBigImageThumbTest::manyThreadsDecodeAtOnce()
     const QImage expected = QImage(path(u"small.jpg"_qs)).convertToFormat(QImage::Format_RGB32);
     std::vector<QImage> decoded(4);
     std::vector<std::thread> threads;
+    threads.reserve(decoded.size());
     for (QImage &image : decoded)
         threads.emplace_back([&, this] { image = KXBigImageThumb(path(u"small.jpg"_qs)).bitmap().toQImage(); });
     for (std::thread &thread : threads)

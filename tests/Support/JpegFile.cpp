@@ -142,8 +142,7 @@ QByteArray jpegBytes(const QSize &size, const JpegKind &kind, const JpegRow &row
     unsigned long length = 0;
     const bool isWritten = compress(
         size, kind, row, buffer.data(), [&](jpeg_compress_struct &jpeg) { jpeg_mem_dest(&jpeg, &bytes, &length); });
-    const QByteArray result =
-        isWritten ? QByteArray(reinterpret_cast<const char *>(bytes), qsizetype(length)) : QByteArray();
+    QByteArray result = isWritten ? QByteArray(reinterpret_cast<const char *>(bytes), qsizetype(length)) : QByteArray();
     std::free(bytes);
     return result;
 }

@@ -147,7 +147,7 @@ struct Box {
     {
         std::sort(
             begin, end, [this](Cell a, Cell b) { return coordinate(a, longestAxis) < coordinate(b, longestAxis); });
-        Cells middle = begin;
+        auto middle = begin;
         quint64 below = 0;
         do {
             below += histogram[*middle].count;

@@ -83,10 +83,7 @@ private:
         return *static_cast<Decompression *>(jpeg->client_data);
     }
 
-    [[noreturn]] void leave()
-    {
-        std::longjmp(m_return, 1); // NOLINT(cert-err52-cpp): the way out of a C library
-    }
+    [[noreturn]] void leave() { std::longjmp(m_return, 1); }
 
     boolean fill()
     {

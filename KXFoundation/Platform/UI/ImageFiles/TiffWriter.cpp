@@ -152,7 +152,7 @@ Directory directoryOf(const QImage &image, const Layout &layout, const Strips &s
 
 bool writeTiff(const QImage &image, QIODevice &device)
 {
-    constexpr qsizetype stripSize = 256 * 1024; // before compression; a wider row is a strip of its own
+    constexpr qsizetype stripSize = 1 << 18; // before compression; a wider row is a strip of its own
     const Layout layout = layoutOf(image);
     Strips strips;
     strips.rowsPerStrip = int(qMax<qsizetype>(1, stripSize / layout.bytesPerRow(image.width())));
