@@ -174,7 +174,7 @@ void BitmapKXToolsTest::cutsEveryLayout()
     const kx::PixelLayout layout = layoutOf(7, 5, bitsPerPixel);
     const QByteArray bytes = countingBytes(layout.bytesPerRow * 5);
     const kx::Image part = kx::imageFromRect(kx::Bitmap::create(layout, QSizeF(7, 5), bytes), QRectF(2, 1, 4, 3));
-    const int unit = bitsPerPixel / 8;
+    const qint64 unit = bitsPerPixel / 8;
     QByteArray expected;
     for (int row = 1; row < 4; ++row)
         expected += bytes.mid(row * layout.bytesPerRow + 2 * unit, 4 * unit);
@@ -292,7 +292,7 @@ void BitmapKXToolsTest::agreesWithANaiveCut()
         const int scale = 1 + upTo(2);
         const int width = 1 + upTo(9);
         const int height = 1 + upTo(9);
-        const kx::PixelLayout layout = layoutOf(width * scale, height * scale, unit * 8, upTo(1) * upTo(9));
+        const kx::PixelLayout layout = layoutOf(width * scale, height * scale, unit * 8, upTo(1) ? upTo(9) : 0);
         const qint64 full = layout.bytesPerRow * layout.pixelHeight;
         const QByteArray bytes = countingBytes(upTo(3) ? full : upTo(int(full)));
         const QRect rect(upTo(14) - 4, upTo(14) - 4, upTo(12), upTo(12));

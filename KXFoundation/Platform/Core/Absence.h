@@ -57,7 +57,7 @@ template <> struct Absence<QByteArray> {
 /// Undefined; JSON's null is a value.
 template <> struct Absence<QJsonValue> {
     static bool isAbsent(const QJsonValue &value) { return value.isUndefined(); }
-    static QJsonValue absent() { return QJsonValue(QJsonValue::Undefined); }
+    static QJsonValue absent() { return {QJsonValue::Undefined}; }
 };
 
 /// Invalid.

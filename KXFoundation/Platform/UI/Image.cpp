@@ -66,7 +66,7 @@ Image Image::imageWithSize(const QSizeF &size, bool flipped, DrawingHandler draw
     content.size = size;
     content.flipped = flipped;
     content.drawingHandler = std::move(drawingHandler);
-    return Image(std::move(content));
+    return {std::move(content)};
 }
 
 Image Image::withRepresentations(const QSizeF &size, const QList<Bitmap> &representations)
@@ -77,7 +77,7 @@ Image Image::withRepresentations(const QSizeF &size, const QList<Bitmap> &repres
         if (bitmap)
             content.representations.append(bitmap);
     }
-    return Image(std::move(content));
+    return {std::move(content)};
 }
 
 Image Image::named(const QString &name)
@@ -143,7 +143,7 @@ Image Image::withCapInsets(const QMarginsF &capInsets, ResizingMode resizingMode
     ImageContent content = **this;
     content.capInsets = capInsets;
     content.resizingMode = resizingMode;
-    return Image(std::move(content));
+    return {std::move(content)};
 }
 
 void Image::draw(QPainter &painter, const QRectF &destination, const QRectF &source, CompositingOperation operation,

@@ -37,7 +37,7 @@ public:
     }
 
 protected:
-    explicit Ref(T value)
+    Ref(T value) // NOLINT(google-explicit-constructor): for the classes of handles alone
         : m_value(std::make_shared<const T>(std::move(value)))
     {
     }

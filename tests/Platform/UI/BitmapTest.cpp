@@ -37,7 +37,7 @@ kx::PixelLayout rgbaLayout(int width, int height)
     layout.samplesPerPixel = 4;
     layout.hasAlpha = true;
     layout.bitsPerPixel = 32;
-    layout.bytesPerRow = width * 4;
+    layout.bytesPerRow = qint64(width) * 4;
     return layout;
 }
 

@@ -44,7 +44,8 @@ void ColorTest::isNoneByDefault()
 void ColorTest::knowsItselfAndItsValue()
 {
     const kx::Color red = Qt::red;
-    const kx::Color copy = red;
+    kx::Color copy;
+    copy = red;
     const kx::Color other = QColor(255, 0, 0);
     QVERIFY(copy == red);
     QVERIFY(other != red);

@@ -66,7 +66,8 @@ void ImageTest::isNoneByDefault()
 void ImageTest::knowsItselfAndItsValue()
 {
     const kx::Image image = sampleImage(4, 4);
-    const kx::Image copy = image;
+    kx::Image copy;
+    copy = image;
     const kx::Image other = sampleImage(4, 4);
     QVERIFY(copy == image);
     QVERIFY(other != image);

@@ -90,7 +90,7 @@ void PixelMixTest::mixesEveryLength()
     for (std::size_t length = 0; length < 40; ++length) {
         for (std::size_t offset = 0; offset < 4; ++offset) {
             const std::uint32_t color = randomPixel(random, 255);
-            const unsigned keep = unsigned(random() % (256 - byteOf(color, 3)));
+            const auto keep = unsigned(random() % (256 - byteOf(color, 3)));
             std::vector<std::uint32_t> from(offset + length);
             for (std::uint32_t &one : from)
                 one = randomPixel(random, 255);
