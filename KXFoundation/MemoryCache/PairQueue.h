@@ -67,11 +67,11 @@ public:
             position = m_last;
         if (m_count > quint64(std::numeric_limits<WalkIndex>::max()))
             position = at(static_cast<WalkIndex>(indexOf(position)));
-        take(position);
+        remove(position);
     }
 
-    void removeFirst() { take(m_first); }
-    void removeLast() { take(m_last); }
+    void removeFirst() { remove(m_first); }
+    void removeLast() { remove(m_last); }
 
     void clear() { PairQueue().swap(*this); }
 
@@ -167,7 +167,7 @@ private:
 
     void setRepeated(Pair &&pair, quint32 hash)
     {
-        std::vector<std::optional<Pair>> dropped; // until all is in order
+        std::vector<Pair> dropped; // until all is in order
         for (Position position; (position = find<Newest>(pair.key(), hash)) != none;)
             dropped.push_back(take(position));
         append(std::move(pair), hash);
@@ -192,17 +192,22 @@ private:
         addToTable(position);
     }
 
-    // Removes a pair, or nothing at `none`. The pair goes out to its caller, who may drop it when all is in order.
-    std::optional<Pair> take(Position position)
+    // Does nothing at `none`.
+    void remove(Position position)
     {
-        if (position == none)
-            return std::nullopt;
+        if (position != none)
+            take(position);
+    }
+
+    // The pair goes out to the caller, so that it ends when all is in order: its end may call us again.
+    Pair take(Position position)
+    {
         if (!m_table.isEmpty())
             m_table.remove(m_slots[position].hash, position);
         unlink(position);
         --m_count;
         Slot &slot = m_slots[position];
-        std::optional<Pair> pair = std::move(slot.pair);
+        Pair pair = *std::move(slot.pair);
         slot.pair.reset();
         slot.newer = std::exchange(m_free, position);
         if (m_count == 0)
