@@ -30,12 +30,6 @@ QUrl fileUrlOf(const QString &path)
     return QUrl::fromLocalFile(absolute);
 }
 
-// Nothing for bytes that are not UTF-8.
-QString textOf(const QByteArray &chunk)
-{
-    return kx::decodeUtf8(chunk).value_or(QString());
-}
-
 } // namespace
 
 std::shared_ptr<KXAsyncTask> KXAsyncTask::initWithExecutePath(const QString &path)
@@ -178,8 +172,15 @@ void KXAsyncTask::listen(const std::shared_ptr<kx::ChildOutput> &output)
 
 void KXAsyncTask::onReceivedLog(const std::shared_ptr<kx::ChildOutput> &output)
 {
-    _sendLog(textOf(output->availableData()));
+    sendPiece(*output);
     listen(output);
+}
+
+void KXAsyncTask::sendPiece(kx::ChildOutput &output) const
+{
+    const QByteArray piece = output.availableData();
+    if (logReveiver()) // else, decoding may be much work for nothing
+        _sendLog(kx::decodeUtf8(piece).value_or(QString()));
 }
 
 void KXAsyncTask::_sendLog(const QString &log) const
@@ -193,7 +194,7 @@ void KXAsyncTask::finish(kx::ChildProcess &process)
 {
     const std::shared_ptr<kx::ChildOutput> output = process.output();
     output->stopNotifying();
-    _sendLog(textOf(output->availableData()));
+    sendPiece(*output);
     const int status = process.terminationStatus();
     _sendLog(kx::format(u"terminationStatus:%d", status)
         + kx::format(u"terminationReason:%ld", int(process.terminationReason())));

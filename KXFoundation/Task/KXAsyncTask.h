@@ -97,6 +97,7 @@ private:
     static std::optional<KXError> launch(kx::ChildProcess &process);
     void onReceivedLog(const std::shared_ptr<kx::ChildOutput> &output);
     void listen(const std::shared_ptr<kx::ChildOutput> &output);
+    void sendPiece(kx::ChildOutput &output) const;
     void _sendLog(const QString &log) const;
     void finish(kx::ChildProcess &process);
 

@@ -217,6 +217,17 @@ private Q_SLOTS:
         QCOMPARE(check->last.right(exitLine(0).size()), exitLine(0));
     }
 
+    void takesAGibibyte()
+    {
+        constexpr int mebibytes = underSanitizer ? 64 : 1024;
+        TaskRun run({QStringLiteral("flood"), QString::number(mebibytes)}, true);
+        qint64 length = 0;
+        run.task->setLogReveiver([&length](const QString &text) { length += text.size(); });
+        QVERIFY(!run.execute());
+        QTRY_COMPARE_WITH_TIMEOUT(run.completions(), 1, 6 * patience);
+        QCOMPARE(length, qint64(mebibytes) * 1024 * 1024 + exitLine(0).size());
+    }
+
     void neverMakesTheChildWait_data()
     {
         QTest::addColumn<bool>("realTimeLog");

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Support/Gate.h"
+
 #include <KXFoundation/Task/KXAsyncTask.h>
 
 #include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
 #include <atomic>
@@ -14,48 +14,14 @@
 #include <thread>
 #include <vector>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace kx::test {
 
-inline constexpr int patience = 20000; // milliseconds; reached only by a failing test
-
-/// A named pipe by which a test and a child wait for each other.
-class Gate {
-public:
-    Gate()
-        : m_path(m_directory.filePath(QStringLiteral("gate")))
-    {
-        if (::mkfifo(QFile::encodeName(m_path).constData(), 0600) != 0)
-            qFatal("no named pipe");
-        m_pipe = ::open(QFile::encodeName(m_path).constData(), O_RDWR | O_CLOEXEC); // both ends: opening never waits
-    }
-    ~Gate() { ::close(m_pipe); }
-    Q_DISABLE_COPY_MOVE(Gate)
-
-    [[nodiscard]] const QString &path() const { return m_path; }
-    /// Lets a child that awaits it, or will, go on.
-    void open() const
-    {
-        if (::write(m_pipe, "!", 1) != 1)
-            qFatal("the gate is stuck");
-    }
-    /// Waits for a child to tell; false when none does.
-    [[nodiscard]] bool told() const
-    {
-        pollfd wait{m_pipe, POLLIN, 0};
-        char byte = 0;
-        return ::poll(&wait, 1, patience) == 1 && ::read(m_pipe, &byte, 1) == 1;
-    }
-
-private:
-    QTemporaryDir m_directory;
-    QString m_path;
-    int m_pipe;
-};
+// Where everything costs many times as much.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool underSanitizer = true;
+#else
+inline constexpr bool underSanitizer = false;
+#endif
 
 /// One task on the helper program, with everything that it delivers.
 class TaskRun {
