@@ -63,10 +63,10 @@ void copyRows(const uchar *from, qint64 fromStep, uchar *to, qint64 toStep, qint
 }
 
 // Reading by the format takes addresses that its pixels, or the samples in them, can have.
-bool rowsAreAligned(const PixelLayout &layout)
+bool isAligned(const PixelLayout &layout, const uchar *data)
 {
-    const qint64 unit = layout.bitsPerPixel == 24 ? 1 : layout.bitsPerPixel / 8;
-    return layout.bytesPerRow % unit == 0;
+    const int unit = layout.bitsPerPixel == 24 ? 1 : layout.bitsPerPixel / 8;
+    return layout.bytesPerRow % unit == 0 && quintptr(data) % quintptr(unit) == 0;
 }
 
 // The buffer as an image, which shares it where it can and keeps it alive.
@@ -78,7 +78,7 @@ QImage readable(const PixelLayout &layout, const QByteArray &bytes)
         return {};
     const auto *const data = reinterpret_cast<const uchar *>(bytes.constData());
     QImage image;
-    if (rowsAreAligned(layout)) {
+    if (isAligned(layout, data)) {
         auto keeper = std::make_unique<QByteArray>(bytes);
         const auto release = [](void *kept) { delete static_cast<QByteArray *>(kept); };
         image = QImage(data, layout.pixelWidth, layout.pixelHeight, layout.bytesPerRow, format, release, keeper.get());

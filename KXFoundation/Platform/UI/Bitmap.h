@@ -47,7 +47,8 @@ public:
     [[nodiscard]] const uchar *data() const;
     [[nodiscard]] qint64 dataSize() const;
 
-    /// The same pixels for Qt, shared. Null when the buffer is too short or Qt has no name for its format.
+    /// The same pixels for Qt, shared unless they lie at odd addresses. Null when the buffer is too short or Qt cannot
+    /// read its format (PixelLayout::resolvedFormat()).
     [[nodiscard]] QImage toQImage() const;
 };
 

@@ -12,6 +12,18 @@ namespace {
 // Far beyond any format there is; it keeps the products of the sizes countable.
 constexpr int mostBitsPerPixel = 1024;
 
+// Of a pixel in a buffer; Qt's own number leaves out those of a packed pixel that are not used.
+int storedBits(QImage::Format format)
+{
+    const int used = QImage::toPixelFormat(format).bitsPerPixel();
+    return used == 1 ? 1 : (used + 7) / 8 * 8;
+}
+
+bool needsColorTable(QImage::Format format)
+{
+    return format == QImage::Format_Mono || format == QImage::Format_MonoLSB || format == QImage::Format_Indexed8;
+}
+
 } // namespace
 
 bool PixelLayout::isValid() const
@@ -20,15 +32,16 @@ bool PixelLayout::isValid() const
         || bitsPerPixel > mostBitsPerPixel || samplesPerPixel > bitsPerPixel / bitsPerSample)
         return false;
     const qint64 rowBytes = (qint64(pixelWidth) * bitsPerPixel + 7) / 8;
-    if (bytesPerRow < rowBytes || bytesPerRow > std::numeric_limits<qint64>::max() / pixelHeight / 8)
+    if (bytesPerRow < rowBytes || bytesPerRow > std::numeric_limits<qint64>::max() / pixelHeight / 8
+        || format >= QImage::NImageFormats)
         return false;
-    return format == QImage::Format_Invalid || QImage::toPixelFormat(format).bitsPerPixel() == bitsPerPixel;
+    return format == QImage::Format_Invalid || storedBits(format) == bitsPerPixel;
 }
 
 QImage::Format PixelLayout::resolvedFormat() const
 {
     if (format != QImage::Format_Invalid)
-        return format;
+        return needsColorTable(format) ? QImage::Format_Invalid : format;
     const bool deep = bitsPerSample == 16;
     if (bitsPerSample != 8 && !deep)
         return QImage::Format_Invalid;

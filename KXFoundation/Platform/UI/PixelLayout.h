@@ -23,9 +23,10 @@ struct KX_UI_EXPORT PixelLayout {
     QColorSpace colorSpace; ///< invalid: the device's
 
     /// Whether a buffer can lie like this: positive sizes, samples that fit into pixels, pixels that fit into rows, a
-    /// format of as many bits as the pixels, and a buffer whose length can be counted.
+    /// format that there is, of as many bits as the pixels, and a buffer whose length can be counted.
     [[nodiscard]] bool isValid() const;
-    /// The format by which Qt can read such pixels; Format_Invalid when it cannot.
+    /// The format by which Qt can read such pixels; Format_Invalid when it cannot, as for formats whose pixels count
+    /// colours of a table, which a layout has not.
     [[nodiscard]] QImage::Format resolvedFormat() const;
     /// pixelWidth * pixelHeight * bitsPerPixel / 8: what lies in the rows without what may stand between them.
     [[nodiscard]] qint64 pixelBytes() const;

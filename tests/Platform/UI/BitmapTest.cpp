@@ -21,7 +21,10 @@ private Q_SLOTS:
     void refusesImpossibleLayouts();
     void readsExplicitLayouts_data();
     void readsExplicitLayouts();
+    void readsFormatsByName_data();
+    void readsFormatsByName();
     void readsRowsAtOddAddresses();
+    void readsABufferAtAnOddAddress();
     void keepsABufferThatIsTooShort();
     void comparesBytesAndLayouts();
 };
@@ -141,6 +144,14 @@ void BitmapTest::refusesImpossibleLayouts_data()
         [](kx::PixelLayout &layout) { layout.bytesPerRow = std::numeric_limits<qint64>::max(); });
     row("width beyond the row", [](kx::PixelLayout &layout) { layout.pixelWidth = most; });
     row("format of other pixels", [](kx::PixelLayout &layout) { layout.format = QImage::Format_RGB888; });
+    row("bits that a format uses of those it stores", [](kx::PixelLayout &layout) {
+        layout.bitsPerSample = 6;
+        layout.samplesPerPixel = 3;
+        layout.bitsPerPixel = 18;
+        layout.format = QImage::Format_RGB666;
+    });
+    row("a format beyond all", [](kx::PixelLayout &layout) { layout.format = QImage::NImageFormats; });
+    row("a format far beyond all", [](kx::PixelLayout &layout) { layout.format = QImage::Format(63); });
 }
 
 void BitmapTest::refusesImpossibleLayouts()
@@ -199,6 +210,34 @@ void BitmapTest::readsExplicitLayouts()
     }
 }
 
+void BitmapTest::readsFormatsByName_data()
+{
+    takesImagesOfEveryFormat_data();
+}
+
+void BitmapTest::readsFormatsByName()
+{
+    QFETCH(QImage::Format, format);
+    QImage source(9, 3, QImage::Format_ARGB32_Premultiplied);
+    source.fill(Qt::white);
+    const QImage image = source.convertToFormat(format);
+    kx::PixelLayout layout;
+    layout.pixelWidth = image.width();
+    layout.pixelHeight = image.height();
+    layout.bitsPerSample = 1;
+    layout.samplesPerPixel = 1;
+    layout.bitsPerPixel = image.depth();
+    layout.bytesPerRow = image.bytesPerLine();
+    layout.format = format;
+    const QByteArray bytes(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes());
+    const kx::Bitmap bitmap = kx::Bitmap::create(layout, QSizeF(9, 3), bytes);
+    QVERIFY(bitmap);
+    QCOMPARE(bitmap.dataSize(), image.sizeInBytes());
+    const bool hasColorTable =
+        format == QImage::Format_Mono || format == QImage::Format_MonoLSB || format == QImage::Format_Indexed8;
+    QCOMPARE(bitmap.toQImage(), hasColorTable ? QImage() : image);
+}
+
 void BitmapTest::readsRowsAtOddAddresses()
 {
     kx::PixelLayout layout = rgbaLayout(2, 2);
@@ -209,6 +248,15 @@ void BitmapTest::readsRowsAtOddAddresses()
     const QImage image = kx::Bitmap::create(layout, QSizeF(2, 2), bytes).toQImage();
     QCOMPARE(image.pixelColor(1, 1), QColor(0x40, 0, 0));
     QCOMPARE(image.pixelColor(0, 1).alpha(), 0);
+}
+
+void BitmapTest::readsABufferAtAnOddAddress()
+{
+    const QByteArray bytes = QByteArray(1, '\0') + QByteArray(16, '\xFF');
+    const QByteArray odd = QByteArray::fromRawData(bytes.constData() + 1, 16);
+    const QImage image = kx::Bitmap::create(rgbaLayout(2, 2), QSizeF(2, 2), odd).toQImage();
+    QCOMPARE(image.pixelColor(1, 1), QColor(Qt::white));
+    QCOMPARE(quintptr(image.constBits()) % 4, 0U);
 }
 
 void BitmapTest::keepsABufferThatIsTooShort()
