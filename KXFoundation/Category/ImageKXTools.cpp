@@ -36,7 +36,10 @@ QImage drawnPixels(const QSizeF &size, double scale, const std::function<void(QP
 
 bool hasPixels(const Image &image)
 {
-    return isDrawable(image.size()) && (image.hasDrawingHandler() || !image.representations().isEmpty());
+    const QList<Bitmap> representations = image.representations();
+    const auto isReadable = [](const Bitmap &bitmap) { return !bitmap.toQImage().isNull(); };
+    return isDrawable(image.size())
+        && (image.hasDrawingHandler() || std::any_of(representations.begin(), representations.end(), isReadable));
 }
 
 QImage fittedPixels(const Image &image, const QSizeF &target, const Color &ground, double scale)

@@ -436,7 +436,11 @@ void ImageKXToolsTest::survivesHostileSources()
 void ImageKXToolsTest::givesNoneForNone()
 {
     const kx::Image empty = kx::Image::withRepresentations(QSizeF(8, 8), {});
-    for (const kx::Image &image : {kx::Image(), empty}) {
+    const kx::PixelLayout layout = kx::Bitmap(sampleImage(8, 8)).layout();
+    const kx::Bitmap unreadable = kx::Bitmap::create(layout, QSizeF(8, 8), "too short");
+    QVERIFY(unreadable);
+    const kx::Image withoutPixels = kx::Image::withRepresentations(QSizeF(8, 8), {unreadable});
+    for (const kx::Image &image : {kx::Image(), empty, withoutPixels}) {
         QVERIFY(kx::CGImageRef(image).isNull());
         QVERIFY(kx::CGImageRefWithScale(image, 2).isNull());
         QVERIFY(kx::CGImageRef4PDF(image).isNull());

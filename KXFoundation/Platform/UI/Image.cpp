@@ -36,7 +36,10 @@ void runHandler(const ImageContent &content, QPainter &painter, const QRectF &de
     painter.translate(destination.topLeft());
     painter.scale(destination.width() / source.width(), destination.height() / source.height());
     painter.translate(-source.topLeft());
-    content.drawingHandler(painter, QRectF(QPointF(0, 0), content.size));
+    const QRectF whole(QPointF(0, 0), content.size);
+    if (!whole.contains(source))
+        painter.setClipRect(whole, Qt::IntersectClip);
+    content.drawingHandler(painter, whole);
     painter.restore();
 }
 

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void handlersPaintAtTheScaleOfThePlace_data();
     void handlersPaintAtTheScaleOfThePlace();
     void handlersStayInsideTheDestination();
+    void handlersStayInsideTheImage();
     void handlersThatFailAreNotCopied();
     void keepsCaps_data();
     void keepsCaps();
@@ -289,6 +290,21 @@ void ImageTest::handlersStayInsideTheDestination()
     painter.end();
     QImage expected = blankImage(8, 8);
     QPainter(&expected).fillRect(2, 2, 2, 2, Qt::red);
+    QCOMPARE(target, expected);
+}
+
+void ImageTest::handlersStayInsideTheImage()
+{
+    const kx::Image image = kx::Image::imageWithSize(QSizeF(10, 10), false, [](QPainter &painter, const QRectF &) {
+        painter.fillRect(-100, -100, 200, 200, Qt::red);
+        return true;
+    });
+    QImage target = blankImage(40, 40);
+    QPainter painter(&target);
+    image.draw(painter, QRectF(0, 0, 40, 40), QRectF(-5, -5, 20, 20));
+    painter.end();
+    QImage expected = blankImage(40, 40);
+    QPainter(&expected).fillRect(10, 10, 20, 20, Qt::red);
     QCOMPARE(target, expected);
 }
 
