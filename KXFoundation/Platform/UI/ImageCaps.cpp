@@ -79,7 +79,10 @@ void drawBetweenCaps(QPainter &painter, const QImage &pixels, const ImageContent
                 drawPixels(painter, pixels, to, from, compositing);
                 continue;
             }
-            QImage tile = pixels.copy(from.toAlignedRect());
+            const QRect part = from.toAlignedRect() & pixels.rect(); // rounding may have gone beyond
+            if (part.isEmpty())
+                continue;
+            QImage tile = pixels.copy(part);
             tile.setDevicePixelRatio(1); // the brush counts its pixels
             const QSizeF tileSize(column == 1 ? points.width() : to.width(), row == 1 ? points.height() : to.height());
             tilePixels(painter, tile, to, tileSize, compositing);

@@ -37,6 +37,8 @@ private Q_SLOTS:
     void handlersThatFailAreNotCopied();
     void keepsCaps_data();
     void keepsCaps();
+    void tilesUpToTheLastPixel_data();
+    void tilesUpToTheLastPixel();
     void survivesHostileRectangles_data();
     void survivesHostileRectangles();
     void drawsIntoHugeRectangles();
@@ -368,6 +370,31 @@ void ImageTest::keepsCaps()
         QVERIFY(column(7.5, 5).red() > 191);
         QVERIFY(column(9.5, 5).red() > 223);
     }
+}
+
+void ImageTest::tilesUpToTheLastPixel_data()
+{
+    QTest::addColumn<int>("pixels");
+    QTest::addColumn<double>("points");
+    QTest::newRow("whole") << 6 << 3.0;
+    QTest::newRow("5 in 4.9") << 5 << 4.9;
+    QTest::newRow("7 in 2.4") << 7 << 2.4;
+    QTest::newRow("7 in 3.7") << 7 << 3.7;
+}
+
+// Sizes whose quotient is rounded up; what lies beyond the image is not part of a tile.
+void ImageTest::tilesUpToTheLastPixel()
+{
+    QFETCH(int, pixels);
+    QFETCH(double, points);
+    const kx::Bitmap red(plainImage(QSize(pixels, pixels), Qt::red));
+    const kx::Image image = kx::Image::withRepresentations(QSizeF(points, points), {red})
+                                .withCapInsets({1, 1, 0, 0}, kx::ResizingMode::Tile);
+    QImage target = blankImage(40, 40);
+    QPainter painter(&target);
+    image.draw(painter, QRectF(0, 0, 40, 40));
+    painter.end();
+    QCOMPARE(target, plainImage(QSize(40, 40), Qt::red));
 }
 
 void ImageTest::survivesHostileRectangles_data()
