@@ -96,8 +96,10 @@ void PNButton::setUserInteraction(bool interacts)
     if (m_userInteraction == interacts)
         return;
     m_userInteraction = interacts;
+    const QPointer<PNButton> alive(this);
     updateTrackingAreas();
-    Q_EMIT userInteractionChanged(interacts);
+    if (alive)
+        Q_EMIT userInteractionChanged(interacts);
 }
 
 void PNButton::setIsIgnoreHover(bool ignores)

@@ -103,6 +103,15 @@ void PNStandardWindowButtonView::observe()
     center.addObserver(this, &Self::willExistFullScreenNotification, kx::WindowDidExitFullScreenNotification, window);
 }
 
+// Handlers of the signal may delete the view.
+void PNStandardWindowButtonView::setHovered(bool hovered)
+{
+    const QPointer<PNStandardWindowButtonView> alive(this);
+    setMouseInside(hovered);
+    if (alive)
+        setNeedsDisplayForStandardWindowButtons();
+}
+
 void PNStandardWindowButtonView::setMouseInside(bool mouseInside)
 {
     if (m_mouseInside == mouseInside)
@@ -163,30 +172,25 @@ void PNStandardWindowButtonView::switchFullScreenMode(bool entering, QWidget *wi
 void PNStandardWindowButtonView::applicationWillBecomeActive(const kx::Notification &)
 {
     // Deliberate: there and back, so that the buttons draw themselves anew when the application comes back.
-    setMouseInside(true);
-    setNeedsDisplayForStandardWindowButtons();
-    endHover();
+    const QPointer<PNStandardWindowButtonView> alive(this);
+    setHovered(true);
+    if (alive)
+        setHovered(false);
 }
 
 void PNStandardWindowButtonView::applicationDidResignActive(const kx::Notification &)
 {
-    endHover();
+    setHovered(false);
 }
 
 void PNStandardWindowButtonView::windowActiveChanged(const kx::Notification &)
 {
-    endHover();
+    setHovered(false);
 }
 
 void PNStandardWindowButtonView::windowSizeChanged(const kx::Notification &)
 {
-    endHover();
-}
-
-void PNStandardWindowButtonView::endHover()
-{
-    setMouseInside(false);
-    setNeedsDisplayForStandardWindowButtons();
+    setHovered(false);
 }
 
 void PNStandardWindowButtonView::willEnterFullScreenNotification(const kx::Notification &notification)
@@ -214,15 +218,17 @@ void PNStandardWindowButtonView::mouseEntered(kx::Event *event)
     if (kx::modalWindow())
         return;
     kx::View::mouseEntered(event);
-    setMouseInside(true);
-    setNeedsDisplayForStandardWindowButtons();
+    setHovered(true);
 }
 
 void PNStandardWindowButtonView::mouseExited(kx::Event *event)
 {
     if (kx::modalWindow())
         return;
+    const QPointer<PNStandardWindowButtonView> alive(this);
     setMouseInside(false);
+    if (!alive)
+        return;
     kx::View::mouseExited(event);
     setNeedsDisplayForStandardWindowButtons();
 }

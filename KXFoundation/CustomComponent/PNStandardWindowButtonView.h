@@ -91,7 +91,7 @@ private:
     kx::StandardWindowButton *addButton(kx::WindowButton kind);
     void bindButtons(double width);
     void observe();
-    void endHover();
+    void setHovered(bool hovered);
 
     QPointer<kx::StandardWindowButton> m_closeBtn;
     QPointer<kx::StandardWindowButton> m_miniBtn;

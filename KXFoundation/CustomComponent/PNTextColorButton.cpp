@@ -32,11 +32,14 @@ void PNTextColorButton::initViews()
 
 void PNTextColorButton::awakeFromNib()
 {
+    const QPointer<PNTextColorButton> alive(this);
     if (m_normalTextColor)
         changBtnTitleAndColor(currentTitle(), m_normalTextColor);
+    if (!alive)
+        return;
     setWantsLayer(true);
     updateCoclor();
-    if (m_cornerRadius > 0)
+    if (alive && m_cornerRadius > 0)
         layer()->setCornerRadius(m_cornerRadius);
 }
 
@@ -57,8 +60,10 @@ void PNTextColorButton::setMouseEventAble(bool able)
     if (m_mouseEventAble == able)
         return;
     m_mouseEventAble = able;
+    const QPointer<PNTextColorButton> alive(this);
     updateTrackingAreas();
-    Q_EMIT mouseEventAbleChanged(able);
+    if (alive)
+        Q_EMIT mouseEventAbleChanged(able);
 }
 
 void PNTextColorButton::setSelected(bool selected)
@@ -66,14 +71,18 @@ void PNTextColorButton::setSelected(bool selected)
     if (m_selected == selected)
         return;
     m_selected = selected;
+    const QPointer<PNTextColorButton> alive(this);
     updateCoclor();
-    Q_EMIT selectedChanged(selected);
+    if (alive)
+        Q_EMIT selectedChanged(selected);
 }
 
 void PNTextColorButton::setState(int state)
 {
+    const QPointer<PNTextColorButton> alive(this);
     kx::Button::setState(state);
-    changBtnTitleAndColor(currentTitle(), m_currentTitleColor);
+    if (alive)
+        changBtnTitleAndColor(currentTitle(), m_currentTitleColor);
 }
 
 QString PNTextColorButton::currentTitle() const
@@ -143,11 +152,13 @@ void PNTextColorButton::updateCoclor()
         applyBackground(m_disableBackgroundColor);
         return;
     }
+    const QPointer<PNTextColorButton> alive(this);
     changBtnTitleAndColor(currentTitle(),
         m_selected      ? m_selectedTextColor
             : m_hovered ? m_hoverTextColor
                         : m_normalTextColor);
-    applyBackground(m_hovered ? m_hoverBackgroundColor : m_normalBackgroundColor);
+    if (alive)
+        applyBackground(m_hovered ? m_hoverBackgroundColor : m_normalBackgroundColor);
 }
 
 void PNTextColorButton::addBtnBorder()
@@ -175,9 +186,11 @@ void PNTextColorButton::mouseDown(kx::Event *)
     if (!isEnabled())
         return;
     m_mouseDown = true;
+    const QPointer<PNTextColorButton> alive(this);
     if (m_highLightTextColor)
         changBtnTitleAndColor(currentTitle(), m_highLightTextColor);
-    applyBackground(m_highLightBackgroundColor);
+    if (alive)
+        applyBackground(m_highLightBackgroundColor);
 }
 
 // Deliberate: the release shows the look of a hover and performs the action wherever the pointer is by now.
@@ -185,9 +198,11 @@ void PNTextColorButton::mouseUp(kx::Event *)
 {
     if (!m_mouseDown)
         return;
-    changBtnTitleAndColor(currentTitle(), m_hoverTextColor);
-    applyBackground(m_hoverBackgroundColor ? m_hoverBackgroundColor : m_normalBackgroundColor);
     const QPointer<PNTextColorButton> alive(this);
+    changBtnTitleAndColor(currentTitle(), m_hoverTextColor);
+    if (!alive)
+        return;
+    applyBackground(m_hoverBackgroundColor ? m_hoverBackgroundColor : m_normalBackgroundColor);
     performAction();
     if (alive)
         m_mouseDown = false;
@@ -239,9 +254,12 @@ void PNTextColorButton::updateTrackingAreas()
 
 void PNTextColorButton::enabledChanged()
 {
+    const QPointer<PNTextColorButton> alive(this);
     updateCoclor();
-    updateTrackingAreas();
-    setNeedsDisplay();
+    if (alive)
+        updateTrackingAreas();
+    if (alive)
+        setNeedsDisplay();
 }
 
 bool PNTextColorButton::isUnderForeignModalWindow() const
@@ -254,8 +272,10 @@ void PNTextColorButton::setHovered(bool hovered)
     m_hovered = hovered;
     if (hovered && kx::ignoresMouseEvents(shownWindow()))
         return;
+    const QPointer<PNTextColorButton> alive(this);
     updateCoclor();
-    kx::ControlStyle::tellHover(*this, m_hoverStateListener, hovered, &PNTextColorButton::hoverStateChanged);
+    if (alive)
+        kx::ControlStyle::tellHover(*this, m_hoverStateListener, hovered, &PNTextColorButton::hoverStateChanged);
 }
 
 void PNTextColorButton::applyBackground(const kx::Color &color)

@@ -410,7 +410,7 @@ void PNButtonTest::performsItsActionByKey()
 void PNButtonTest::mayBeDeletedByItsListenerAndItsAction_data()
 {
     QTest::addColumn<QString>("by");
-    for (const char *by : {"enter", "exit", "rebuild", "action"})
+    for (const char *by : {"enter", "exit", "rebuild", "interaction", "enabled", "action"})
         QTest::newRow(by) << QString::fromLatin1(by);
 }
 
@@ -427,6 +427,10 @@ void PNButtonTest::mayBeDeletedByItsListenerAndItsAction()
         m_button->mouseExited(nullptr);
     } else if (by == u"rebuild") {
         m_button->updateTrackingAreas();
+    } else if (by == u"interaction") {
+        m_button->setUserInteraction(false);
+    } else if (by == u"enabled") {
+        m_button->setEnabled(false);
     } else if (by == u"action") {
         m_button->mouseDown(nullptr);
         m_button->mouseUp(nullptr);

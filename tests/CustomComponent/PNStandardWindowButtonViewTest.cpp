@@ -3,6 +3,7 @@
 #include "Support/Pointer.h"
 #include <KXFoundation/CustomComponent/PNStandardWindowButtonView.h>
 #include <KXFoundation/Platform/Core/Format.h>
+#include <KXFoundation/Platform/UI/NotificationCenter.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
 #include <KXFoundation/UIBase/Window/PNBaseWindow.h>
 
@@ -11,6 +12,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -96,6 +98,8 @@ private Q_SLOTS:
     void switchesForItsOwnWindowOnly();
     void doesNotMindThatThereIsNoSystemGroup();
     void isForgottenWhenItGoes();
+    void mayBeDeletedWhenItsHoverChanges_data();
+    void mayBeDeletedWhenItsHoverChanges();
 
 private:
     void show();
@@ -500,6 +504,32 @@ void PNStandardWindowButtonViewTest::isForgottenWhenItGoes()
     activate(nullptr);
     kx::setFullScreen(*m_window, true);
     QVERIFY(m_window->isFullScreen());
+}
+
+void PNStandardWindowButtonViewTest::mayBeDeletedWhenItsHoverChanges_data()
+{
+    QTest::addColumn<bool>("inside");
+    QTest::addColumn<std::function<void(PNStandardWindowButtonView &)>>("change");
+    const auto row = [](const char *name, bool inside,
+                         const std::function<void(PNStandardWindowButtonView &)> &change) {
+        QTest::newRow(name) << inside << change;
+    };
+    row("enter", false, [](PNStandardWindowButtonView &group) { group.mouseEntered(nullptr); });
+    row("exit", true, [](PNStandardWindowButtonView &group) { group.mouseExited(nullptr); });
+    row("active", false, [](PNStandardWindowButtonView &group) { group.applicationWillBecomeActive({}); });
+    row("inactive", true, [](PNStandardWindowButtonView &group) { group.applicationDidResignActive({}); });
+}
+
+void PNStandardWindowButtonViewTest::mayBeDeletedWhenItsHoverChanges()
+{
+    QFETCH(bool, inside);
+    QFETCH(std::function<void(PNStandardWindowButtonView &)>, change);
+    show();
+    group().setMouseInside(inside);
+    const QPointer<PNStandardWindowButtonView> alive(m_group);
+    connect(m_group, &PNStandardWindowButtonView::mouseInsideChanged, this, [this] { delete m_group; });
+    change(group());
+    QVERIFY(!alive);
 }
 
 QTEST_MAIN(PNStandardWindowButtonViewTest)

@@ -10,6 +10,8 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -53,6 +55,10 @@ private Q_SLOTS:
     void setsTheCursorOfAMove();
     void keepsItsPlainTitle();
     void mayBeDeletedByItsListenerAndItsAction();
+    void mayBeDeletedWhenItsHoverEnds_data();
+    void mayBeDeletedWhenItsHoverEnds();
+    void mayBeDeletedWhenItsTitleChanges_data();
+    void mayBeDeletedWhenItsTitleChanges();
 
 private:
     [[nodiscard]] QColor titleColor() const
@@ -433,6 +439,53 @@ void PNTextColorButtonTest::mayBeDeletedByItsListenerAndItsAction()
     connect(other, &QAbstractButton::clicked, other, [other] { delete other; });
     other->mouseDown(nullptr);
     other->mouseUp(nullptr);
+    QVERIFY(!m_button);
+}
+
+void PNTextColorButtonTest::mayBeDeletedWhenItsHoverEnds_data()
+{
+    QTest::addColumn<std::function<void(PNTextColorButton &)>>("end");
+    const auto row = [](const char *name, const std::function<void(PNTextColorButton &)> &end) {
+        QTest::newRow(name) << end;
+    };
+    row("exit", [](PNTextColorButton &button) { button.mouseExited(nullptr); });
+    row("not able", [](PNTextColorButton &button) { button.setMouseEventAble(false); });
+    row("disabled", [](PNTextColorButton &button) { button.setEnabled(false); });
+    row("reset", [](PNTextColorButton &button) { button.reset2Normal(); });
+}
+
+void PNTextColorButtonTest::mayBeDeletedWhenItsHoverEnds()
+{
+    QFETCH(std::function<void(PNTextColorButton &)>, end);
+    m_button->mouseEntered(nullptr);
+    m_button->setHoverStateListener([this](bool) { delete m_button.data(); });
+    end(*m_button);
+    QVERIFY(!m_button);
+}
+
+void PNTextColorButtonTest::mayBeDeletedWhenItsTitleChanges_data()
+{
+    QTest::addColumn<std::function<void(PNTextColorButton &)>>("change");
+    const auto row = [](const char *name, const std::function<void(PNTextColorButton &)> &change) {
+        QTest::newRow(name) << change;
+    };
+    row("enter", [](PNTextColorButton &button) { button.mouseEntered(nullptr); });
+    row("exit", [](PNTextColorButton &button) { button.mouseExited(nullptr); });
+    row("press", [](PNTextColorButton &button) { button.mouseDown(nullptr); });
+    row("selection", [](PNTextColorButton &button) { button.setSelected(true); });
+    row("state", [](PNTextColorButton &button) { button.setState(1); });
+    row("awaking", [](PNTextColorButton &button) { button.awakeFromNib(); });
+}
+
+void PNTextColorButtonTest::mayBeDeletedWhenItsTitleChanges()
+{
+    QFETCH(std::function<void(PNTextColorButton &)>, change);
+    m_button->setHighLightTextColor(QColor(Qt::blue));
+    m_button->setHighLightBackgroundColor(QColor(Qt::gray));
+    m_button->setNormalBackgroundColor(QColor(Qt::black));
+    m_button->setHoverBackgroundColor(QColor(Qt::darkGray));
+    connect(m_button, &kx::Button::titleChanged, this, [this] { delete m_button.data(); });
+    change(*m_button);
     QVERIFY(!m_button);
 }
 
