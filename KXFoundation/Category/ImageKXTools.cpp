@@ -34,12 +34,18 @@ QImage drawnPixels(const QSizeF &size, double scale, const std::function<void(QP
     return pixels;
 }
 
-bool hasPixels(const Image &image)
+// Of the first representation that can be read; null without one.
+QImage firstPixels(const Image &image)
 {
     const QList<Bitmap> representations = image.representations();
     const auto isReadable = [](const Bitmap &bitmap) { return !bitmap.toQImage().isNull(); };
-    return isDrawable(image.size())
-        && (image.hasDrawingHandler() || std::any_of(representations.begin(), representations.end(), isReadable));
+    const auto first = std::find_if(representations.begin(), representations.end(), isReadable);
+    return first == representations.end() ? QImage() : first->toQImage();
+}
+
+bool hasPixels(const Image &image)
+{
+    return isDrawable(image.size()) && (image.hasDrawingHandler() || !firstPixels(image).isNull());
 }
 
 QImage fittedPixels(const Image &image, const QSizeF &target, const Color &ground, double scale)
@@ -106,8 +112,7 @@ QImage CGImageRefWithScale(const Image &image, float scale)
         pixels.setDevicePixelRatio(scale);
         return pixels;
     }
-    return image.hasDrawingHandler() ? image.toQImage(largestScreenScale())
-                                     : image.representations().constFirst().toQImage();
+    return image.hasDrawingHandler() ? image.toQImage(largestScreenScale()) : firstPixels(image);
 }
 
 QImage CGImageRef4PDF(const Image &image)

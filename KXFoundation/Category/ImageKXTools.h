@@ -25,8 +25,8 @@ namespace kx {
 /// no number, paints nothing, like a size without area.
 [[nodiscard]] KX_UI_EXPORT Image imageWithSize(const QSizeF &size, float maskCornerRadius);
 
-/// The pixels of the image: its first representation as it is, shared; what a drawing handler paints at the largest
-/// device pixel ratio.
+/// The pixels of the image: its first readable representation as it is, shared; what a drawing handler paints at the
+/// largest device pixel ratio.
 [[nodiscard]] KX_UI_EXPORT QImage CGImageRef(const Image &image);
 /// The image with `scale` pixels per point, which is the result's device pixel ratio; at exactly 1 the same as
 /// CGImageRef().
@@ -34,7 +34,7 @@ namespace kx {
 /// CGImageRefWithScale() at the largest device pixel ratio of all screens, at least 1.
 [[nodiscard]] KX_UI_EXPORT QImage CGImageRef4PDF(const Image &image);
 
-/// A new image with this opacity, from 0 to 1. At exactly 1 the image itself.
+/// A new image with this opacity, from 0 to 1, and without the caps of the old one. At exactly 1 the image itself.
 [[nodiscard]] KX_UI_EXPORT Image imageWithAlpha(const Image &image, double alpha);
 /// A copy whose opaque parts take the colour, as far as the colour is opaque; caps and scales of the representations
 /// stay. Without a colour the image itself.

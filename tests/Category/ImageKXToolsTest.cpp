@@ -42,6 +42,7 @@ private Q_SLOTS:
     void survivesHostileSources_data();
     void survivesHostileSources();
     void givesNoneForNone();
+    void passesOverPixelsThatCannotBeRead();
     void keepsSizesAtOddOnes();
 };
 
@@ -453,6 +454,18 @@ void ImageKXToolsTest::givesNoneForNone()
     }
     QVERIFY(!kx::imageWithAlpha(nullptr, 1));
     QVERIFY(!kx::imageWithTintColor(nullptr, nullptr));
+}
+
+void ImageKXToolsTest::passesOverPixelsThatCannotBeRead()
+{
+    const QImage pixels = sampleImage(8, 8);
+    const kx::PixelLayout layout = kx::Bitmap(sampleImage(16, 16)).layout();
+    const kx::Bitmap unreadable = kx::Bitmap::create(layout, QSizeF(8, 8), "too short");
+    const kx::Image image = kx::Image::withRepresentations(QSizeF(8, 8), {unreadable, kx::Bitmap(pixels)});
+    QCOMPARE(kx::CGImageRef(image), pixels);
+    QCOMPARE(kx::bitmap(image).toQImage(), pixels);
+    QCOMPARE(image.toQImage(1), pixels);
+    QCOMPARE(kx::imageWithTintColor(image, Qt::red).representations().size(), 1);
 }
 
 void ImageKXToolsTest::keepsSizesAtOddOnes()
