@@ -6,6 +6,8 @@
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
+#include <utility>
+
 KXImageView::KXImageView(QWidget *parent)
     : KXImageView(QRectF(), parent)
 {
@@ -21,7 +23,19 @@ KXImageView::~KXImageView() = default;
 
 void KXImageView::awakeFromNib()
 {
-    m_userInteraction = true;
+    setUserInteraction(true);
+}
+
+void KXImageView::setUserInteraction(bool interacts)
+{
+    if (std::exchange(m_userInteraction, interacts) != interacts)
+        Q_EMIT userInteractionChanged(interacts);
+}
+
+void KXImageView::setNeedIBeamCursor(bool needed)
+{
+    if (std::exchange(m_needIBeamCursor, needed) != needed)
+        Q_EMIT needIBeamCursorChanged(needed);
 }
 
 kx::ViewInterface *KXImageView::hitTest(const QPointF &point)

@@ -10,8 +10,8 @@
 /// A hover is neither begun nor ended while the application shows a modal window. Main thread only.
 class KX_UI_EXPORT KXImageView : public kx::ImageView {
     Q_OBJECT
-    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction)
-    Q_PROPERTY(bool needIBeamCursor READ needIBeamCursor WRITE setNeedIBeamCursor)
+    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
+    Q_PROPERTY(bool needIBeamCursor READ needIBeamCursor WRITE setNeedIBeamCursor NOTIFY needIBeamCursorChanged)
 
 public:
     explicit KXImageView(QWidget *parent = nullptr);
@@ -24,10 +24,10 @@ public:
     /// False makes the view transparent to the mouse, and a press on it may move the window. True at first.
     [[nodiscard]] bool userInteraction() const { return m_userInteraction; }
     /// Deliberate: only stores; the tracking area follows at its next update.
-    void setUserInteraction(bool interacts) { m_userInteraction = interacts; }
+    void setUserInteraction(bool interacts);
     /// Whether the cursor is an I-beam instead of a pointing hand.
     [[nodiscard]] bool needIBeamCursor() const { return m_needIBeamCursor; }
-    void setNeedIBeamCursor(bool needed) { m_needIBeamCursor = needed; }
+    void setNeedIBeamCursor(bool needed);
 
     /// Called at each press, not at its release; empty for none.
     [[nodiscard]] std::function<void()> imageViewClick() const { return m_imageViewClick; }
@@ -44,6 +44,8 @@ public:
     void updateTrackingAreas() override;
 
 Q_SIGNALS:
+    void userInteractionChanged(bool interacts);
+    void needIBeamCursorChanged(bool needed);
     /// After imageViewClick() was called.
     void clicked();
     /// After the listener was called.

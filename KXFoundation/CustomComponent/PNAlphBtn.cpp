@@ -48,8 +48,10 @@ kx::Image PNAlphBtn::normalImage() const
 
 void PNAlphBtn::setNormalImage(const kx::Image &image)
 {
+    const kx::Image old = lookOfState();
     m_normal.set(image);
-    updateImage();
+    if (lookOfState() != old)
+        updateImage();
 }
 
 kx::Image PNAlphBtn::hoverImage() const
@@ -59,8 +61,10 @@ kx::Image PNAlphBtn::hoverImage() const
 
 void PNAlphBtn::setHoverImage(const kx::Image &image)
 {
+    const kx::Image old = lookOfState();
     m_hoverImage = image;
-    updateImage();
+    if (lookOfState() != old)
+        updateImage();
 }
 
 kx::Image PNAlphBtn::selectedNormalImage() const
@@ -70,8 +74,10 @@ kx::Image PNAlphBtn::selectedNormalImage() const
 
 void PNAlphBtn::setSelectedNormalImage(const kx::Image &image)
 {
+    const kx::Image old = lookOfState();
     m_selectedNormal.set(image);
-    updateImage();
+    if (lookOfState() != old)
+        updateImage();
 }
 
 kx::Image PNAlphBtn::selectedHoverImage() const
@@ -81,20 +87,22 @@ kx::Image PNAlphBtn::selectedHoverImage() const
 
 void PNAlphBtn::setSelectedHoverImage(const kx::Image &image)
 {
+    const kx::Image old = lookOfState();
     m_selectedHoverImage = image;
-    updateImage();
+    if (lookOfState() != old)
+        updateImage();
 }
 
 void PNAlphBtn::setToolTips(const QString &text)
 {
     m_toolTips = text;
-    updateImage();
+    showToolTip();
 }
 
 void PNAlphBtn::setSelectToolTips(const QString &text)
 {
     m_selectToolTips = text;
-    updateImage();
+    showToolTip();
 }
 
 void PNAlphBtn::setSelected(bool selected)
@@ -106,6 +114,12 @@ void PNAlphBtn::setSelected(bool selected)
     Q_EMIT selectedChanged(selected);
 }
 
+void PNAlphBtn::setShadowOffset(const QSizeF &offset)
+{
+    m_shadowOffset = offset;
+    Q_EMIT shadowOffsetChanged(offset);
+}
+
 void PNAlphBtn::restBtnState()
 {
     m_hovered = false;
@@ -114,18 +128,25 @@ void PNAlphBtn::restBtnState()
 
 void PNAlphBtn::updateImage()
 {
-    if (isEnabled()) {
-        if (m_selected)
-            setImage(m_hovered ? selectedHoverImage() : selectedNormalImage());
-        else
-            setImage(m_hovered ? hoverImage() : normalImage());
-        const QString &toolTip = m_selected ? m_selectToolTips : m_toolTips;
-        if (!toolTip.isNull())
-            setToolTip(toolTip);
-    } else {
-        setImage(normalImage());
-    }
+    setImage(lookOfState());
+    showToolTip();
     setNeedsDisplay();
+}
+
+kx::Image PNAlphBtn::lookOfState() const
+{
+    if (!isEnabled())
+        return normalImage();
+    if (m_selected)
+        return m_hovered ? selectedHoverImage() : selectedNormalImage();
+    return m_hovered ? hoverImage() : normalImage();
+}
+
+void PNAlphBtn::showToolTip()
+{
+    const QString &toolTip = m_selected ? m_selectToolTips : m_toolTips;
+    if (isEnabled() && !toolTip.isNull())
+        setToolTip(toolTip);
 }
 
 void PNAlphBtn::mouseEntered(kx::Event *)

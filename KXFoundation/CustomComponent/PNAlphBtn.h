@@ -13,10 +13,14 @@
 /// getters here return; a disabled button shows normalImage(). Main thread only.
 class KX_UI_EXPORT PNAlphBtn : public kx::Button {
     Q_OBJECT
+    Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImageIcon)
+    Q_PROPERTY(QIcon hoverImage READ hoverImageIcon WRITE setHoverImageIcon)
+    Q_PROPERTY(QIcon selectedNormalImage READ selectedNormalImageIcon WRITE setSelectedNormalImageIcon)
+    Q_PROPERTY(QIcon selectedHoverImage READ selectedHoverImageIcon WRITE setSelectedHoverImageIcon)
     Q_PROPERTY(QString toolTips READ toolTips WRITE setToolTips)
     Q_PROPERTY(QString selectToolTips READ selectToolTips WRITE setSelectToolTips)
     Q_PROPERTY(bool selected READ isSelected WRITE setSelected NOTIFY selectedChanged)
-    Q_PROPERTY(QSizeF shadowOffset READ shadowOffset WRITE setShadowOffset)
+    Q_PROPERTY(QSizeF shadowOffset READ shadowOffset WRITE setShadowOffset NOTIFY shadowOffsetChanged)
 
 public:
     explicit PNAlphBtn(QWidget *parent = nullptr);
@@ -52,7 +56,7 @@ public:
     void setSelected(bool selected);
     /// Where the shadow lies, its height counting upwards; (0, 0) for none. Takes effect at the next display.
     [[nodiscard]] QSizeF shadowOffset() const { return m_shadowOffset; }
-    void setShadowOffset(const QSizeF &offset) { m_shadowOffset = offset; }
+    void setShadowOffset(const QSizeF &offset);
 
     /// Called with the new state when a hover begins or ends; empty for none.
     void setHoverStateListener(const std::function<void(bool)> &listener) { m_hoverStateListener = listener; }
@@ -70,10 +74,22 @@ public:
 
 Q_SIGNALS:
     void selectedChanged(bool selected);
+    void shadowOffsetChanged(const QSizeF &offset);
     /// After the listener was called.
     void hoverStateChanged(bool hovered);
 
 private:
+    // As properties, images are what was set: reading them makes none.
+
+    [[nodiscard]] QIcon normalImageIcon() const { return kx::iconFromImage(m_normal.image); }
+    void setNormalImageIcon(const QIcon &icon) { setNormalImage(kx::imageFromIcon(icon)); }
+    [[nodiscard]] QIcon hoverImageIcon() const { return kx::iconFromImage(m_hoverImage); }
+    void setHoverImageIcon(const QIcon &icon) { setHoverImage(kx::imageFromIcon(icon)); }
+    [[nodiscard]] QIcon selectedNormalImageIcon() const { return kx::iconFromImage(m_selectedNormal.image); }
+    void setSelectedNormalImageIcon(const QIcon &icon) { setSelectedNormalImage(kx::imageFromIcon(icon)); }
+    [[nodiscard]] QIcon selectedHoverImageIcon() const { return kx::iconFromImage(m_selectedHoverImage); }
+    void setSelectedHoverImageIcon(const QIcon &icon) { setSelectedHoverImage(kx::imageFromIcon(icon)); }
+
     /// An image and its faint look, made when it is first shown.
     struct Look {
         kx::Image image;
@@ -84,6 +100,8 @@ private:
     };
 
     void setHovered(bool hovered);
+    [[nodiscard]] kx::Image lookOfState() const;
+    void showToolTip();
 
     Look m_normal;
     Look m_selectedNormal;

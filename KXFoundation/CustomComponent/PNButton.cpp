@@ -25,7 +25,10 @@ PNButton::~PNButton() = default;
 
 void PNButton::awakeFromNib()
 {
-    m_userInteraction = true;
+    const QPointer<PNButton> alive(this);
+    setUserInteraction(true);
+    if (!alive)
+        return;
     if (!m_normalImage)
         m_normalImage = image();
     updateImage();
@@ -73,13 +76,13 @@ void PNButton::setDisableImage(const kx::Image &image)
 void PNButton::setToolTips(const QString &text)
 {
     m_toolTips = text;
-    updateImage();
+    showToolTip();
 }
 
 void PNButton::setSelectToolTips(const QString &text)
 {
     m_selectToolTips = text;
-    updateImage();
+    showToolTip();
 }
 
 void PNButton::setSelected(bool selected)
@@ -118,18 +121,25 @@ void PNButton::restBtnState()
 
 void PNButton::updateImage()
 {
-    if (isEnabled()) {
-        if (m_selected)
-            setImage(m_hovered ? selectedHoverImage() : m_selectedNormalImage);
-        else
-            setImage(m_hovered ? hoverImage() : m_normalImage);
-        const QString &toolTip = m_selected ? m_selectToolTips : m_toolTips;
-        if (!toolTip.isNull())
-            setToolTip(toolTip);
-    } else {
-        setImage(m_disableImage ? m_disableImage : m_normalImage);
-    }
+    setImage(lookOfState());
+    showToolTip();
     setNeedsDisplay();
+}
+
+kx::Image PNButton::lookOfState()
+{
+    if (!isEnabled())
+        return m_disableImage ? m_disableImage : m_normalImage;
+    if (m_selected)
+        return m_hovered ? selectedHoverImage() : m_selectedNormalImage;
+    return m_hovered ? hoverImage() : m_normalImage;
+}
+
+void PNButton::showToolTip()
+{
+    const QString &toolTip = m_selected ? m_selectToolTips : m_toolTips;
+    if (isEnabled() && !toolTip.isNull())
+        setToolTip(toolTip);
 }
 
 kx::ViewInterface *PNButton::hitTest(const QPointF &point)
@@ -209,9 +219,11 @@ void PNButton::setHovered(bool hovered)
     kx::ControlStyle::tellHover(*this, m_hoverStateListener, hovered, &PNButton::hoverStateChanged);
 }
 
+// Leaves an image alone that came from elsewhere, such as a form, unless there is another to show.
 void PNButton::setLook(kx::Image &field, const kx::Image &image)
 {
+    const kx::Image old = lookOfState();
     field = image;
-    if (!m_mouseDown)
+    if (!m_mouseDown && lookOfState() != old)
         updateImage();
 }

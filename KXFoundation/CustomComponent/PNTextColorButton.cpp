@@ -8,6 +8,8 @@
 #include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 PNTextColorButton::PNTextColorButton(QWidget *parent)
@@ -45,14 +47,59 @@ void PNTextColorButton::awakeFromNib()
 
 void PNTextColorButton::setNormalTextColor(const kx::Color &color)
 {
+    const QPointer<PNTextColorButton> alive(this);
     m_normalTextColor = color;
     changBtnTitleAndColor(currentTitle(), color);
+    if (alive)
+        Q_EMIT colorsChanged();
+}
+
+void PNTextColorButton::setHoverTextColor(const kx::Color &color)
+{
+    store(m_hoverTextColor, color);
+}
+
+void PNTextColorButton::setHighLightTextColor(const kx::Color &color)
+{
+    store(m_highLightTextColor, color);
+}
+
+void PNTextColorButton::setSelectedTextColor(const kx::Color &color)
+{
+    store(m_selectedTextColor, color);
 }
 
 void PNTextColorButton::setNormalBackgroundColor(const kx::Color &color)
 {
-    m_normalBackgroundColor = color;
     layer()->setBackgroundColor(color);
+    store(m_normalBackgroundColor, color);
+}
+
+void PNTextColorButton::setHoverBackgroundColor(const kx::Color &color)
+{
+    store(m_hoverBackgroundColor, color);
+}
+
+void PNTextColorButton::setHighLightBackgroundColor(const kx::Color &color)
+{
+    store(m_highLightBackgroundColor, color);
+}
+
+void PNTextColorButton::setDisableBackgroundColor(const kx::Color &color)
+{
+    store(m_disableBackgroundColor, color);
+}
+
+void PNTextColorButton::setBaseline(double baseline)
+{
+    if (std::exchange(m_baseline, baseline) != baseline)
+        Q_EMIT baselineChanged(baseline);
+}
+
+void PNTextColorButton::setCornerRadius(double radius)
+{
+    if (std::exchange(m_cornerRadius, radius) != radius)
+        Q_EMIT cornerRadiusChanged(radius);
 }
 
 void PNTextColorButton::setMouseEventAble(bool able)
@@ -282,4 +329,10 @@ void PNTextColorButton::applyBackground(const kx::Color &color)
 {
     if (color)
         layer()->setBackgroundColor(color);
+}
+
+void PNTextColorButton::store(kx::Color &field, const kx::Color &color)
+{
+    field = color;
+    Q_EMIT colorsChanged();
 }

@@ -23,11 +23,24 @@
 /// press, wherever the pointer is by then. Main thread only.
 class KX_UI_EXPORT PNTextColorButton : public kx::Button {
     Q_OBJECT
-    Q_PROPERTY(QColor normalTextColor READ designerNormalTextColor WRITE setNormalTextColor)
-    Q_PROPERTY(QColor hoverTextColor READ designerHoverTextColor WRITE setHoverTextColor)
+    Q_PROPERTY(QColor normalTextColor READ designerNormalTextColor WRITE setNormalTextColor NOTIFY colorsChanged)
+    Q_PROPERTY(QColor hoverTextColor READ designerHoverTextColor WRITE setHoverTextColor NOTIFY colorsChanged)
+    Q_PROPERTY(
+        QColor highLightTextColor READ designerHighLightTextColor WRITE setHighLightTextColor NOTIFY colorsChanged)
+    Q_PROPERTY(QColor selectedTextColor READ designerSelectedTextColor WRITE setSelectedTextColor NOTIFY colorsChanged)
+    Q_PROPERTY(QColor normalBackgroundColor READ designerNormalBackgroundColor WRITE setNormalBackgroundColor NOTIFY
+            colorsChanged)
+    Q_PROPERTY(QColor hoverBackgroundColor READ designerHoverBackgroundColor WRITE setHoverBackgroundColor NOTIFY
+            colorsChanged)
+    Q_PROPERTY(QColor highLightBackgroundColor READ designerHighLightBackgroundColor WRITE setHighLightBackgroundColor
+            NOTIFY colorsChanged)
+    Q_PROPERTY(QColor disableBackgroundColor READ designerDisableBackgroundColor WRITE setDisableBackgroundColor NOTIFY
+            colorsChanged)
+    Q_PROPERTY(
+        QColor currentTitleColor READ designerCurrentTitleColor NOTIFY titleChanged DESIGNABLE false STORED false)
     Q_PROPERTY(bool mouseEventAble READ mouseEventAble WRITE setMouseEventAble NOTIFY mouseEventAbleChanged)
-    Q_PROPERTY(double baseline READ baseline WRITE setBaseline)
-    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius)
+    Q_PROPERTY(double baseline READ baseline WRITE setBaseline NOTIFY baselineChanged)
+    Q_PROPERTY(double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
     Q_PROPERTY(bool selected READ isSelected WRITE setSelected NOTIFY selectedChanged)
 
 public:
@@ -46,22 +59,22 @@ public:
     void setNormalTextColor(const kx::Color &color);
     /// Also the colour after a release.
     [[nodiscard]] kx::Color hoverTextColor() const { return m_hoverTextColor; }
-    void setHoverTextColor(const kx::Color &color) { m_hoverTextColor = color; }
+    void setHoverTextColor(const kx::Color &color);
     /// While pressed; absent for no change.
     [[nodiscard]] kx::Color highLightTextColor() const { return m_highLightTextColor; }
-    void setHighLightTextColor(const kx::Color &color) { m_highLightTextColor = color; }
+    void setHighLightTextColor(const kx::Color &color);
     /// Absent gives way to the normal one.
     [[nodiscard]] kx::Color selectedTextColor() const { return m_selectedTextColor; }
-    void setSelectedTextColor(const kx::Color &color) { m_selectedTextColor = color; }
+    void setSelectedTextColor(const kx::Color &color);
     /// Setting it applies it at once, whatever the state; none takes the background away.
     [[nodiscard]] kx::Color normalBackgroundColor() const { return m_normalBackgroundColor; }
     void setNormalBackgroundColor(const kx::Color &color);
     [[nodiscard]] kx::Color hoverBackgroundColor() const { return m_hoverBackgroundColor; }
-    void setHoverBackgroundColor(const kx::Color &color) { m_hoverBackgroundColor = color; }
+    void setHoverBackgroundColor(const kx::Color &color);
     [[nodiscard]] kx::Color highLightBackgroundColor() const { return m_highLightBackgroundColor; }
-    void setHighLightBackgroundColor(const kx::Color &color) { m_highLightBackgroundColor = color; }
+    void setHighLightBackgroundColor(const kx::Color &color);
     [[nodiscard]] kx::Color disableBackgroundColor() const { return m_disableBackgroundColor; }
-    void setDisableBackgroundColor(const kx::Color &color) { m_disableBackgroundColor = color; }
+    void setDisableBackgroundColor(const kx::Color &color);
     /// The colour that the title was last rendered with, as it was given; none at first.
     [[nodiscard]] kx::Color currentTitleColor() const { return m_currentTitleColor; }
 
@@ -70,10 +83,10 @@ public:
     void setMouseEventAble(bool able);
     /// Pixels by which the title stands above its line; takes effect when the title is next rendered.
     [[nodiscard]] double baseline() const { return m_baseline; }
-    void setBaseline(double baseline) { m_baseline = baseline; }
+    void setBaseline(double baseline);
     /// Takes effect at awakeFromNib(), when above 0.
     [[nodiscard]] double cornerRadius() const { return m_cornerRadius; }
-    void setCornerRadius(double radius) { m_cornerRadius = radius; }
+    void setCornerRadius(double radius);
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
 
@@ -115,6 +128,10 @@ public:
     void updateTrackingAreas() override;
 
 Q_SIGNALS:
+    /// One of the colours that are set was set.
+    void colorsChanged();
+    void baselineChanged(double baseline);
+    void cornerRadiusChanged(double radius);
     void mouseEventAbleChanged(bool able);
     void selectedChanged(bool selected);
     /// After the listener was called.
@@ -126,9 +143,17 @@ protected:
 private:
     [[nodiscard]] QColor designerNormalTextColor() const { return m_normalTextColor.toQColor(); }
     [[nodiscard]] QColor designerHoverTextColor() const { return m_hoverTextColor.toQColor(); }
+    [[nodiscard]] QColor designerHighLightTextColor() const { return m_highLightTextColor.toQColor(); }
+    [[nodiscard]] QColor designerSelectedTextColor() const { return m_selectedTextColor.toQColor(); }
+    [[nodiscard]] QColor designerNormalBackgroundColor() const { return m_normalBackgroundColor.toQColor(); }
+    [[nodiscard]] QColor designerHoverBackgroundColor() const { return m_hoverBackgroundColor.toQColor(); }
+    [[nodiscard]] QColor designerHighLightBackgroundColor() const { return m_highLightBackgroundColor.toQColor(); }
+    [[nodiscard]] QColor designerDisableBackgroundColor() const { return m_disableBackgroundColor.toQColor(); }
+    [[nodiscard]] QColor designerCurrentTitleColor() const { return m_currentTitleColor.toQColor(); }
     [[nodiscard]] bool isUnderForeignModalWindow() const;
     void setHovered(bool hovered);
     void applyBackground(const kx::Color &color);
+    void store(kx::Color &field, const kx::Color &color);
 
     kx::Color m_normalTextColor;
     kx::Color m_hoverTextColor;

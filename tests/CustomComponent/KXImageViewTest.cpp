@@ -28,6 +28,7 @@ private Q_SLOTS:
     void keepsItsTrackingAreaUntilTheNextUpdate();
     void setsTheCursor();
     void mayBeDeletedByItsClick();
+    void hasPropertiesForForms();
 
 private:
     std::unique_ptr<QWidget> m_window;
@@ -180,6 +181,27 @@ void KXImageViewTest::mayBeDeletedByItsClick()
     m_view->setImageViewClick([this] { delete m_view.data(); });
     Pointer(*m_view).click({10, 10});
     QVERIFY(!m_view);
+}
+
+void KXImageViewTest::hasPropertiesForForms()
+{
+    QSignalSpy interaction(m_view, &KXImageView::userInteractionChanged);
+    QSignalSpy beam(m_view, &KXImageView::needIBeamCursorChanged);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(m_view->setProperty("userInteraction", false));
+        QVERIFY(m_view->setProperty("needIBeamCursor", true));
+    }
+    QCOMPARE(interaction.count(), 1);
+    QCOMPARE(beam.count(), 1);
+    m_view->awakeFromNib();
+    QCOMPARE(interaction.count(), 2);
+    QPixmap pixmap(20, 20);
+    pixmap.fill(Qt::yellow);
+    QVERIFY(m_view->setProperty("image", QIcon(pixmap)));
+    QCOMPARE(m_view->image().size(), QSizeF(20, 20));
+    QCOMPARE(m_view->property("image").value<QIcon>().pixmap(20, 20).toImage().pixelColor(1, 1), QColor(Qt::yellow));
+    QVERIFY(m_view->setProperty("image", QIcon()));
+    QVERIFY(!m_view->image());
 }
 
 QTEST_MAIN(KXImageViewTest)

@@ -61,6 +61,8 @@ private Q_SLOTS:
     void castsAShadowAtTheNextDisplay();
     void keepsItsShadowWithoutAnOffset();
     void mayBeDeletedByItsListener();
+    void keepsTheImageOfAFormWhateverElseIsSet();
+    void hasPropertiesForForms();
 
 private:
     std::unique_ptr<QWidget> m_window;
@@ -296,6 +298,35 @@ void PNAlphBtnTest::mayBeDeletedByItsListener()
     m_button->setHoverStateListener([this](bool) { delete m_button.data(); });
     m_button->mouseEntered(nullptr);
     QVERIFY(!m_button);
+}
+
+void PNAlphBtnTest::keepsTheImageOfAFormWhateverElseIsSet()
+{
+    PNAlphBtn button;
+    button.setImage(square(Qt::blue));
+    button.setToolTips(u"play"_s);
+    button.setSelectedNormalImage(square(Qt::red));
+    button.setSelectedHoverImage(square(Qt::red));
+    button.awakeFromNib();
+    QCOMPARE(colorOf(button.normalImage()), QColor(Qt::blue));
+    QCOMPARE(button.toolTip(), u"play"_s);
+}
+
+void PNAlphBtnTest::hasPropertiesForForms()
+{
+    QPixmap pixmap(20, 20);
+    pixmap.fill(Qt::yellow);
+    for (const char *name : {"normalImage", "hoverImage", "selectedNormalImage", "selectedHoverImage"}) {
+        PNAlphBtn button;
+        QVERIFY(button.property(name).value<QIcon>().isNull());
+        QVERIFY(button.setProperty(name, QIcon(pixmap)));
+        const QIcon icon = button.property(name).value<QIcon>(); // what was set, not the look
+        QCOMPARE(icon.pixmap(20, 20).toImage().pixelColor(10, 10), QColor(Qt::yellow));
+    }
+    QSignalSpy offset(m_button, &PNAlphBtn::shadowOffsetChanged);
+    QVERIFY(m_button->setProperty("shadowOffset", QSizeF(1, -2)));
+    QCOMPARE(offset.takeFirst(), QVariantList{QSizeF(1, -2)});
+    QCOMPARE(m_button->shadowOffset(), QSizeF(1, -2));
 }
 
 QTEST_MAIN(PNAlphBtnTest)

@@ -60,6 +60,10 @@ private Q_SLOTS:
     void performsItsActionByKey();
     void mayBeDeletedByItsListenerAndItsAction_data();
     void mayBeDeletedByItsListenerAndItsAction();
+    void keepsTheImageOfAFormWhateverElseIsSet();
+    void keepsThePressedImageWhenAToolTipIsSet();
+    void hasImagePropertiesForForms();
+    void interactsAgainWhenItAwakes();
 
 private:
     std::unique_ptr<QWidget> m_window;
@@ -436,6 +440,61 @@ void PNButtonTest::mayBeDeletedByItsListenerAndItsAction()
         m_button->mouseUp(nullptr);
     }
     QVERIFY(!m_button);
+}
+
+void PNButtonTest::keepsTheImageOfAFormWhateverElseIsSet()
+{
+    PNButton button;
+    button.setImage(m_normal);
+    button.setToolTips(u"play"_s);
+    button.setSelectToolTips(u"pause"_s);
+    button.setHoverImage(m_hover);
+    button.setSelectedNormalImage(m_selected);
+    button.setDisableImage(m_disabled);
+    button.awakeFromNib();
+    QVERIFY(button.normalImage() == m_normal);
+    QVERIFY(button.image() == m_normal);
+    QCOMPARE(button.toolTip(), u"play"_s);
+}
+
+void PNButtonTest::keepsThePressedImageWhenAToolTipIsSet()
+{
+    m_button->setPressedImage(m_pressed);
+    m_button->mouseDown(nullptr);
+    m_button->setToolTips(u"play"_s);
+    QVERIFY(m_button->image() == m_pressed);
+    QCOMPARE(m_button->toolTip(), u"play"_s);
+}
+
+void PNButtonTest::hasImagePropertiesForForms()
+{
+    for (const char *name : {"image", "alternateImage", "normalImage", "hoverImage", "pressedImage",
+             "selectedNormalImage", "selectedHoverImage", "selectedPressedImage", "disableImage"}) {
+        PNButton button;
+        button.setNormalImage(m_normal);
+        QVERIFY(button.setProperty(name, QIcon()));
+        QVERIFY2(button.property(name).value<QIcon>().isNull(), name); // and nothing was tinted for it
+        QPixmap pixmap(20, 20);
+        pixmap.fill(Qt::yellow);
+        QVERIFY(button.setProperty(name, QIcon(pixmap)));
+        const QIcon icon = button.property(name).value<QIcon>();
+        QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(20, 20)});
+        QCOMPARE(icon.pixmap(20, 20).toImage().pixelColor(10, 10), QColor(Qt::yellow));
+    }
+    m_button->setProperty("normalImage", QIcon(QPixmap::fromImage(m_hover.toQImage(1))));
+    QCOMPARE(colorOf(m_button->image()), QColor(Qt::green));
+    QCOMPARE(m_button->image().size(), QSizeF(20, 20));
+}
+
+void PNButtonTest::interactsAgainWhenItAwakes()
+{
+    m_button->setUserInteraction(false);
+    QVERIFY(m_button->trackingAreas().isEmpty());
+    QSignalSpy changed(m_button, &PNButton::userInteractionChanged);
+    m_button->awakeFromNib();
+    QVERIFY(m_button->userInteraction());
+    QCOMPARE(m_button->trackingAreas().size(), 1);
+    QCOMPARE(changed.count(), 1);
 }
 
 QTEST_MAIN(PNButtonTest)

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void mayBeDeletedWhenItsHoverEnds();
     void mayBeDeletedWhenItsTitleChanges_data();
     void mayBeDeletedWhenItsTitleChanges();
+    void hasPropertiesForForms();
 
 private:
     [[nodiscard]] QColor titleColor() const
@@ -487,6 +488,32 @@ void PNTextColorButtonTest::mayBeDeletedWhenItsTitleChanges()
     connect(m_button, &kx::Button::titleChanged, this, [this] { delete m_button.data(); });
     change(*m_button);
     QVERIFY(!m_button);
+}
+
+void PNTextColorButtonTest::hasPropertiesForForms()
+{
+    QSignalSpy colors(m_button, &PNTextColorButton::colorsChanged);
+    QSignalSpy baseline(m_button, &PNTextColorButton::baselineChanged);
+    QSignalSpy radius(m_button, &PNTextColorButton::cornerRadiusChanged);
+    const QColor color(1, 2, 3);
+    int count = 0;
+    for (const char *name : {"normalTextColor", "hoverTextColor", "highLightTextColor", "selectedTextColor",
+             "normalBackgroundColor", "hoverBackgroundColor", "highLightBackgroundColor", "disableBackgroundColor"}) {
+        QVERIFY2(m_button->setProperty(name, color), name);
+        QCOMPARE(m_button->property(name).value<QColor>(), color);
+        QCOMPARE(colors.count(), ++count);
+    }
+    QCOMPARE(background(), color);
+    QCOMPARE(m_button->property("currentTitleColor").value<QColor>(), color);
+    QVERIFY(!m_button->setProperty("currentTitleColor", color)); // read only
+    QVERIFY(m_button->setProperty("selectedTextColor", QColor()));
+    QVERIFY(!m_button->selectedTextColor());
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(m_button->setProperty("baseline", 2.0));
+        QVERIFY(m_button->setProperty("cornerRadius", 3.0));
+    }
+    QCOMPARE(baseline.count(), 1);
+    QCOMPARE(radius.count(), 1);
 }
 
 QTEST_MAIN(PNTextColorButtonTest)

@@ -4,6 +4,7 @@
 #include <KXFoundation/KXUIExport.h>
 #include <KXFoundation/Platform/UI/AttributedString.h>
 #include <KXFoundation/Platform/UI/Image.h>
+#include <KXFoundation/Platform/UI/ImageIcon.h>
 #include <KXFoundation/Platform/UI/ViewOn.h>
 
 #include <QtCore/QByteArray>
@@ -26,6 +27,8 @@ class KX_UI_EXPORT Button : public ViewOn<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
     Q_PROPERTY(QString alternateTitle READ alternateTitle WRITE setAlternateTitle NOTIFY titleChanged)
+    Q_PROPERTY(QIcon image READ imageIcon WRITE setImageIcon)
+    Q_PROPERTY(QIcon alternateImage READ alternateImageIcon WRITE setAlternateImageIcon)
     Q_PROPERTY(int state READ state WRITE setState NOTIFY stateChanged)
 
 public:
@@ -92,6 +95,13 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    // As properties, images are what was set: reading them makes none.
+
+    [[nodiscard]] QIcon imageIcon() const { return iconFromImage(m_image); }
+    void setImageIcon(const QIcon &icon) { setImage(imageFromIcon(icon)); }
+    [[nodiscard]] QIcon alternateImageIcon() const { return iconFromImage(m_alternateImage); }
+    void setAlternateImageIcon(const QIcon &icon) { setAlternateImage(imageFromIcon(icon)); }
+
     void contentChanged();
     void sendAction();
     [[nodiscard]] ButtonContent &content() const;

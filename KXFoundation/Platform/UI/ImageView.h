@@ -3,6 +3,7 @@
 
 #include <KXFoundation/KXUIExport.h>
 #include <KXFoundation/Platform/UI/Image.h>
+#include <KXFoundation/Platform/UI/ImageIcon.h>
 #include <KXFoundation/Platform/UI/ViewOn.h>
 
 #include <QtWidgets/QWidget>
@@ -12,6 +13,7 @@ namespace kx {
 /// Shows an image in its middle, scaled down in proportion where it does not fit and never up.
 class KX_UI_EXPORT ImageView : public ViewOn<QWidget> {
     Q_OBJECT
+    Q_PROPERTY(QIcon image READ imageIcon WRITE setImageIcon)
 
 public:
     explicit ImageView(QWidget *parent = nullptr);
@@ -28,6 +30,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    // As properties, images are what was set: reading them makes none.
+
+    [[nodiscard]] QIcon imageIcon() const { return iconFromImage(m_image); }
+    void setImageIcon(const QIcon &icon) { setImage(imageFromIcon(icon)); }
+
     Image m_image;
 };
 
