@@ -5,6 +5,7 @@
 
 #include <Support/Pointer.h>
 
+#include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
@@ -19,6 +20,7 @@ private Q_SLOTS:
 
     void hasItsDefaults();
     void showsItsImageScaledDown();
+    void showsItsImageOnWholePixels();
     void clicksAtThePress();
     void reportsHovers();
     void reportsNothingInAWindowThatIgnoresTheMouse();
@@ -73,6 +75,20 @@ void KXImageViewTest::showsItsImageScaledDown()
     QCOMPARE(shown.pixelColor(58, 11), QColor(Qt::red));
     QVERIFY(shown.pixelColor(30, 8) != QColor(Qt::red));
     QVERIFY(shown.pixelColor(30, 31) != QColor(Qt::red));
+}
+
+void KXImageViewTest::showsItsImageOnWholePixels()
+{
+    // The middle of the view is between the pixels of an odd image.
+    m_view->setImage(kx::Image::imageWithSize(QSizeF(21, 11), false, [](QPainter &painter, const QRectF &rect) {
+        painter.fillRect(rect, Qt::red);
+        return true;
+    }));
+    const QImage shown = m_view->grab().toImage();
+    QCOMPARE(shown.pixelColor(20, 15), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(40, 25), QColor(Qt::red));
+    QVERIFY(shown.pixelColor(19, 20) != QColor(Qt::red));
+    QVERIFY(shown.pixelColor(41, 20) != QColor(Qt::red));
 }
 
 void KXImageViewTest::clicksAtThePress()

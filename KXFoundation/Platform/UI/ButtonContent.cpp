@@ -34,7 +34,7 @@ QSizeF ButtonContent::naturalSize()
 void ButtonContent::draw(QPainter &painter, const QRectF &area)
 {
     if (!hasTitle()) {
-        m_image.draw(painter, fittedDown(m_image.size(), area));
+        m_image.draw(painter, onWholePixel(fittedDown(m_image.size(), area), painter));
         return;
     }
     QRectF titleArea = area;
@@ -42,7 +42,8 @@ void ButtonContent::draw(QPainter &painter, const QRectF &area)
         const QSizeF image = fittedDown(m_image.size(), area).size();
         const double width = std::min(area.width(), image.width() + gap + titleSize().width());
         const QRectF group(area.center().x() - width / 2, area.y(), width, area.height());
-        m_image.draw(painter, QRectF(QPointF(group.x(), area.center().y() - image.height() / 2), image));
+        const QRectF place(QPointF(group.x(), area.center().y() - image.height() / 2), image);
+        m_image.draw(painter, onWholePixel(place, painter));
         titleArea = group.adjusted(image.width() + gap, 0, 0, 0);
     }
     if (!(titleArea.width() > 0))
@@ -62,6 +63,16 @@ QRectF fittedDown(const QSizeF &size, const QRectF &area)
     const double scale = std::min({1.0, area.width() / size.width(), area.height() / size.height()});
     const QSizeF fitted = size * scale;
     return {area.center() - QPointF(fitted.width() / 2, fitted.height() / 2), fitted};
+}
+
+QRectF onWholePixel(const QRectF &rect, const QPainter &painter)
+{
+    const QTransform transform = painter.deviceTransform();
+    if (transform.type() > QTransform::TxScale || !transform.isInvertible())
+        return rect;
+    const QPointF corner = transform.map(rect.topLeft());
+    const QPointF pixel(std::floor(corner.x() + 0.5), std::floor(corner.y() + 0.5));
+    return rect.translated(transform.inverted().map(pixel) - rect.topLeft());
 }
 
 } // namespace kx

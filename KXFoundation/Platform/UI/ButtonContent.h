@@ -41,5 +41,8 @@ private:
 
 /// The place of something of this size in the middle of an area: scaled down in proportion to fit, never up.
 [[nodiscard]] QRectF fittedDown(const QSizeF &size, const QRectF &area);
+/// The same place with its top left corner on a whole pixel of the painter's device, half a pixel away at most: an
+/// image between two pixels would be blurred.
+[[nodiscard]] QRectF onWholePixel(const QRectF &rect, const QPainter &painter);
 
 } // namespace kx

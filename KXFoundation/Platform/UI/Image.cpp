@@ -10,6 +10,7 @@
 #include <QtGui/QPixmap>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kx {
 
@@ -28,17 +29,32 @@ double pixelsPerPoint(const Bitmap &bitmap, const QSizeF &size)
     return bitmap.layout().pixelWidth / size.width();
 }
 
+// Painters round the edges of a clip to whole pixels, which would cut off what a handler paints in a part of a pixel.
+void clipToPixelsTouched(QPainter &painter, const QRectF &rect)
+{
+    constexpr double noise = 1e-6;
+    const QTransform transform = painter.deviceTransform();
+    QRectF clip = rect;
+    if (transform.type() <= QTransform::TxScale && transform.isInvertible()) {
+        const QRectF place = transform.mapRect(rect);
+        const QPointF topLeft(std::floor(place.left() + noise), std::floor(place.top() + noise));
+        const QPointF bottomRight(std::ceil(place.right() - noise), std::ceil(place.bottom() - noise));
+        clip = transform.inverted().mapRect(QRectF(topLeft, bottomRight));
+    }
+    painter.setClipRect(clip, Qt::IntersectClip);
+}
+
 void runHandler(const ImageContent &content, QPainter &painter, const QRectF &destination, const QRectF &source)
 {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.setClipRect(destination, Qt::IntersectClip);
+    clipToPixelsTouched(painter, destination);
     painter.translate(destination.topLeft());
     painter.scale(destination.width() / source.width(), destination.height() / source.height());
     painter.translate(-source.topLeft());
     const QRectF whole(QPointF(0, 0), content.size);
     if (!whole.contains(source))
-        painter.setClipRect(whole, Qt::IntersectClip);
+        clipToPixelsTouched(painter, whole);
     content.drawingHandler(painter, whole);
     painter.restore();
 }

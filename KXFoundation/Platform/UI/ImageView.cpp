@@ -30,7 +30,7 @@ QSizeF ImageView::intrinsicContentSize() const
 
 void ImageView::drawRect(QPainter &painter, const QRectF &)
 {
-    m_image.draw(painter, fittedDown(m_image.size(), QRectF(rect())));
+    m_image.draw(painter, onWholePixel(fittedDown(m_image.size(), QRectF(rect())), painter));
 }
 
 void ImageView::paintEvent(QPaintEvent *event)

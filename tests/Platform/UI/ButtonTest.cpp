@@ -4,6 +4,7 @@
 #include <Support/Pointer.h>
 
 #include <QtGui/QAccessible>
+#include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
@@ -53,6 +54,8 @@ private Q_SLOTS:
     void isDisabled();
     void showsTheImageOfItsState();
     void scalesItsImageDownAndNeverUp();
+    void showsItsImageOnWholePixels_data();
+    void showsItsImageOnWholePixels();
     void keepsTitleAndAttributedTitleTogether();
     void drawsItsTitleInThePalettesColour();
     void drawsTheTitleBesideTheImage();
@@ -175,6 +178,31 @@ void ButtonTest::scalesItsImageDownAndNeverUp()
     QCOMPARE(shown.pixelColor(32, 1), QColor(Qt::red));
     QCOMPARE(shown.pixelColor(68, 38), QColor(Qt::red));
     QVERIFY(shown.pixelColor(28, 20) != QColor(Qt::red));
+}
+
+void ButtonTest::showsItsImageOnWholePixels_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::newRow("alone") << QString();
+    QTest::newRow("beside a title") << u"Play"_s;
+}
+
+void ButtonTest::showsItsImageOnWholePixels()
+{
+    QFETCH(QString, title);
+    m_button->setTitle(title);
+    m_button->setGeometry(20, 20, 100, 40); // whose middle is between the pixels of an odd image
+    m_button->setImage(kx::Image::imageWithSize(QSizeF(11, 11), false, [](QPainter &painter, const QRectF &rect) {
+        painter.fillRect(rect, Qt::blue);
+        return true;
+    }));
+    const QImage shown = m_button->grab().toImage();
+    int blue = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x)
+            blue += shown.pixelColor(x, y) == QColor(Qt::blue) ? 1 : 0;
+    }
+    QCOMPARE(blue, 11 * 11);
 }
 
 void ButtonTest::keepsTitleAndAttributedTitleTogether()

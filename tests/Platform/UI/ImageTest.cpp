@@ -33,6 +33,7 @@ private Q_SLOTS:
     void handlersPaintAtTheScaleOfThePlace_data();
     void handlersPaintAtTheScaleOfThePlace();
     void handlersStayInsideTheDestination();
+    void handlersReachIntoPartsOfPixels();
     void handlersStayInsideTheImage();
     void handlersThatFailAreNotCopied();
     void keepsCaps_data();
@@ -293,6 +294,27 @@ void ImageTest::handlersStayInsideTheDestination()
     QImage expected = blankImage(8, 8);
     QPainter(&expected).fillRect(2, 2, 2, 2, Qt::red);
     QCOMPARE(target, expected);
+}
+
+void ImageTest::handlersReachIntoPartsOfPixels()
+{
+    const kx::Image image = kx::Image::imageWithSize(QSizeF(2, 2), false, [](QPainter &painter, const QRectF &rect) {
+        painter.fillRect(rect, Qt::red);
+        return true;
+    });
+    QImage target = blankImage(8, 8);
+    QPainter painter(&target);
+    image.draw(painter, QRectF(2.5, 3.5, 2, 2));
+    painter.end();
+    const auto covered = [&](int x, int y) { return qRound(4 * target.pixelColor(x, y).alphaF()) / 4.0; };
+    QCOMPARE(covered(1, 4), 0.0);
+    QCOMPARE(covered(2, 4), 0.5);
+    QCOMPARE(covered(3, 4), 1.0);
+    QCOMPARE(covered(4, 4), 0.5);
+    QCOMPARE(covered(5, 4), 0.0);
+    QCOMPARE(covered(3, 3), 0.5);
+    QCOMPARE(covered(3, 5), 0.5);
+    QCOMPARE(covered(2, 3), 0.25);
 }
 
 void ImageTest::handlersStayInsideTheImage()
