@@ -4,7 +4,6 @@
 #include "GalleryWindow.h"
 
 #include <QtGui/QPixmap>
-#include <QtGui/QWindow>
 
 #include <cstdio>
 
