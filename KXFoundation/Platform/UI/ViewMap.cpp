@@ -8,9 +8,15 @@
 
 namespace kx {
 
+namespace {
+
+constexpr int bandHeight = 32;
+
+} // namespace
+
 const ViewMap::Spots &ViewMap::viewsAt(QWidget &window, const QPointF &position)
 {
-    const bool known = m_valid && m_window == &window;
+    const bool known = m_valid && m_window == &window && m_size == window.size();
     if (!known)
         fill(window);
     if (!known || m_position != position) {
@@ -24,22 +30,19 @@ ViewMap::Spots ViewMap::findViews(QWidget &window, const QPointF &position) cons
 {
     Spots spots;
     const double ratio = window.devicePixelRatioF();
-    const QPointF point = pointerToYUp(position, window.height(), ratio);
+    const QPointF point = pointerToYUp(position, m_size.height(), ratio);
     if (!pointInRect(point, window.rect()))
         return spots;
-    const int x = int(std::floor(point.x()));
-    const int y = int(std::floor(point.y()));
+    const QPoint pixel(int(std::floor(point.x())), int(std::floor(point.y())));
     QVarLengthArray<qsizetype, 8> indices; // in m_places, of each spot
-    for (size_t i = 0; i < m_boxes.size(); ++i) {
-        const Box &box = m_boxes[i];
-        // A negative distance becomes a huge one.
-        if (!((uint(x - box.left) < box.width) & (uint(y - box.bottom) < box.height)))
+    for (const qsizetype i : m_bands[size_t(pixel.y() / bandHeight)]) {
+        const Place &place = m_places[size_t(i)];
+        if (!place.visible.contains(pixel))
             continue;
-        const Place &place = m_places[i];
         const QPointF inside = point - place.origin;
         const bool flipped = place.view->isFlipped();
         spots.append({place.view, flipped ? pointerToYUp(inside, place.view->bounds().height(), ratio) : inside});
-        indices.append(qsizetype(i));
+        indices.append(i);
         if (place.superview >= 0) {
             spots.last().superview = indices.indexOf(place.superview);
             spots[spots.last().superview].topSubview = spots.size() - 1;
@@ -50,10 +53,12 @@ ViewMap::Spots ViewMap::findViews(QWidget &window, const QPointF &position) cons
 
 void ViewMap::fill(QWidget &window)
 {
-    m_boxes.clear();
     m_places.clear();
+
     m_window = &window;
+    m_size = window.size();
     m_valid = true;
+    m_bands.assign(size_t(m_size.height() / bandHeight + 1), {});
     if (window.isVisible())
         add(window, QPoint(0, 0), window.rect(), -1);
 }
@@ -67,10 +72,11 @@ void ViewMap::add(QWidget &widget, const QPoint &topLeft, const QRect &clip, qsi
     ViewInterface *view = ViewInterface::of(&widget);
     const qsizetype index = view ? qsizetype(m_places.size()) : -1;
     if (view) {
-        const int height = m_window->height();
-        m_boxes.push_back(
-            {visible.x(), height - visible.y() - visible.height(), uint(visible.width()), uint(visible.height())});
-        m_places.push_back({view, QPointF(area.x(), height - area.y() - area.height()), superview});
+        const int height = m_size.height();
+        const QRect upright(visible.x(), height - visible.y() - visible.height(), visible.width(), visible.height());
+        m_places.push_back({view, upright, QPointF(area.x(), height - area.y() - area.height()), superview});
+        for (int band = upright.top() / bandHeight; band <= upright.bottom() / bandHeight; ++band)
+            m_bands[size_t(band)].push_back(index);
     }
     for (QObject *child : widget.children()) {
         auto *inner = qobject_cast<QWidget *>(child);

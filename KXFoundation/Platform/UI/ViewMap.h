@@ -36,15 +36,9 @@ public:
     [[nodiscard]] const Spots &viewsAt(QWidget &window, const QPointF &position);
 
 private:
-    /// The visible part of a view, in the window with y growing upwards.
-    struct Box {
-        int left;
-        int bottom;
-        uint width;
-        uint height;
-    };
     struct Place {
         ViewInterface *view;
+        QRect visible; // in the window, y growing upwards: its top is the lowest row
         QPointF origin; // the view's bottom left
         qsizetype superview; // its index here, or -1
     };
@@ -54,11 +48,12 @@ private:
     void add(QWidget &widget, const QPoint &topLeft, const QRect &clip, qsizetype superview);
 
     QPointer<QWidget> m_window;
+    QSize m_size; // of the window
     bool m_valid = false;
     QPointF m_position; // asked for last
     Spots m_spots; // there
-    std::vector<Box> m_boxes; // apart from the rest: they are all that most moves look at
     std::vector<Place> m_places;
+    std::vector<std::vector<qsizetype>> m_bands; // for each stripe of rows the places in it, in their order
 };
 
 } // namespace kx
