@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/HoverCursor.h>
 
-#include <QtGui/QWindow>
+#include <utility>
 
 namespace kx {
 
@@ -14,10 +14,11 @@ void HoverCursor::widgetLeft(QWidget &widget)
 
 void HoverCursor::set(const QCursor &cursor)
 {
-    QWindow *handle = window();
+    QWindow *handle = m_settled == m_hovered ? window() : nullptr;
     if (!handle)
         return;
     m_cursor = cursor;
+    m_window = handle;
     handle->setCursor(cursor);
 }
 
@@ -39,8 +40,13 @@ void HoverCursor::settle()
     if (m_settled == m_hovered)
         return;
     m_settled = m_hovered;
-    if (m_cursor)
-        reset();
+    const std::optional<QCursor> dropped = std::exchange(m_cursor, std::nullopt);
+    // Qt, or the web engine on its own, may have set another cursor by now; over a plain part of a window nobody does.
+    if (!dropped || !m_window || m_window->cursor() != *dropped)
+        return;
+    const QWidget *shows = window() == m_window ? m_hovered.data() : QWidget::find(m_window->winId());
+    if (shows)
+        m_window->setCursor(shows->cursor());
 }
 
 void HoverCursor::renew()

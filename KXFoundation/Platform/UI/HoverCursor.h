@@ -3,11 +3,10 @@
 
 #include <QtCore/QPointer>
 #include <QtGui/QCursor>
+#include <QtGui/QWindow>
 #include <QtWidgets/QWidget>
 
 #include <optional>
-
-class QWindow;
 
 namespace kx {
 
@@ -25,7 +24,8 @@ public:
     void reset();
     [[nodiscard]] QCursor current() const;
 
-    /// Drops the cursor when the pointer has gone on to another widget since the last call.
+    /// Drops the cursor when the pointer has gone on to another widget since the last call. What is set before this
+    /// call belongs to the widget that was left, and does not show any more.
     void settle();
     /// Shows the cursor again if Qt has set another one.
     void renew();
@@ -36,6 +36,7 @@ private:
     QPointer<QWidget> m_hovered;
     QPointer<QWidget> m_settled; // the widget over which the cursor was set
     std::optional<QCursor> m_cursor;
+    QPointer<QWindow> m_window; // that shows it
 };
 
 } // namespace kx

@@ -11,6 +11,7 @@
 #include <KXFoundation/Platform/UI/ViewController.h>
 #include <KXFoundation/Platform/UI/ViewWatch.h>
 
+#include <QtCore/QHash>
 #include <QtWidgets/QLayout>
 
 #include <algorithm>
@@ -20,6 +21,14 @@
 namespace kx {
 
 namespace {
+
+// The views by the widgets that they are: asked for all the time, where a dynamic cast would take most of the time of a
+// walk through widgets. Never destroyed, since views may outlive the end of main().
+QHash<const QWidget *, ViewInterface *> &theViews()
+{
+    static auto *const views = new QHash<const QWidget *, ViewInterface *>;
+    return *views;
+}
 
 bool isPlacedBy(const QLayout *layout, const QWidget *widget)
 {
@@ -36,6 +45,7 @@ bool isPlacedBy(const QLayout *layout, const QWidget *widget)
 ViewInterface::ViewInterface(QWidget &widget)
     : m_widget(&widget)
 {
+    theViews().insert(&widget, this);
     widget.setGeometry(0, 0, 0, 0);
     m_settledSize = widget.size();
     (void)ViewWatch::instance(); // from here on it must see what happens
@@ -43,6 +53,7 @@ ViewInterface::ViewInterface(QWidget &widget)
 
 ViewInterface::~ViewInterface()
 {
+    theViews().remove(m_widget);
     delete m_shadow.data();
     if (m_controller)
         m_controller->setView(nullptr);
@@ -52,7 +63,7 @@ ViewInterface::~ViewInterface()
 
 ViewInterface *ViewInterface::of(QWidget *widget)
 {
-    return dynamic_cast<ViewInterface *>(widget);
+    return theViews().value(widget);
 }
 
 QRectF ViewInterface::frame() const

@@ -5,6 +5,7 @@
 
 #include "Support/Pointer.h"
 
+#include <QtGui/QMouseEvent>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QLineEdit>
@@ -22,6 +23,7 @@ private Q_SLOTS:
     void staysThroughAPress();
     void isDroppedOverANeighbour();
     void givesWayToTheCursorOfANeighbour();
+    void givesWayToWhatANeighbourSetsForTheWindow();
     void givesWayToTheCursorOfAChildAndComesBack();
     void anExitDoesNotTouchTheNextWidget();
     void isResetToTheWidgetsOwn();
@@ -139,6 +141,30 @@ void CursorTest::givesWayToTheCursorOfANeighbour()
     QCOMPARE(shown(), Qt::IBeamCursor);
     pointer.moveTo(QPointF(20, 20));
     QCOMPARE(shown(), Qt::PointingHandCursor);
+}
+
+void CursorTest::givesWayToWhatANeighbourSetsForTheWindow()
+{
+    // As pages of the web engine do.
+    class Setting : public QWidget {
+    public:
+        using QWidget::QWidget;
+
+    protected:
+        void mouseMoveEvent(QMouseEvent *) override { window()->windowHandle()->setCursor(Qt::CrossCursor); }
+    };
+    addHand(u"a"_qs, QRect(10, 10, 50, 50));
+    Setting neighbour(m_window->centralWidget());
+    neighbour.setMouseTracking(true);
+    neighbour.setGeometry(60, 10, 50, 50);
+    neighbour.show();
+    Pointer pointer(*m_window);
+    for (int i = 0; i < 2; ++i) {
+        pointer.moveTo(QPointF(20, 20));
+        QCOMPARE(shown(), Qt::PointingHandCursor);
+        pointer.moveTo(QPointF(70, 20));
+        QCOMPARE(shown(), Qt::CrossCursor);
+    }
 }
 
 void CursorTest::givesWayToTheCursorOfAChildAndComesBack()
