@@ -313,6 +313,8 @@ kx::RangeState PNProgressIndicator::rangeState() const
 
 void PNProgressIndicator::setByUser(double value)
 {
+    if (!m_userInteraction || m_isMouseDown)
+        return;
     m_draggedValue = static_cast<float>(value);
     reportDrag();
 }

@@ -35,6 +35,13 @@ class KX_UI_EXPORT PNProgressIndicator : public kx::View, public kx::RangeContro
     Q_PROPERTY(double normalHeight READ normalHeight WRITE setNormalHeight)
     Q_PROPERTY(double hoverHeight READ hoverHeight WRITE setHoverHeight)
     Q_PROPERTY(double horizontalPadding READ horizontalPadding WRITE setHorizontalPadding)
+    Q_PROPERTY(double starClipEndingAdvance READ starClipEndingAdvance WRITE setStarClipEndingAdvance)
+    Q_PROPERTY(QColor stopColor READ designerStopColor WRITE setStopColor)
+    Q_PROPERTY(QColor playedStartColor READ designerPlayedStartColor WRITE setPlayedStartColor)
+    Q_PROPERTY(QColor playedEndColor READ designerPlayedEndColor WRITE setPlayedEndColor)
+    Q_PROPERTY(QColor preloadColor READ designerPreloadColor WRITE setPreloadColor)
+    Q_PROPERTY(QColor unLoadColor READ designerUnLoadColor WRITE setUnLoadColor)
+    Q_PROPERTY(QColor starClipsColor READ designerStarClipsColor WRITE setStarClipsColor)
     Q_PROPERTY(bool rounded READ rounded WRITE setRounded)
     Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
 
@@ -176,6 +183,12 @@ private:
     [[nodiscard]] PlaybackBarGeometry geometry() const;
     [[nodiscard]] QRectF trackingRect() const;
     [[nodiscard]] double range() const { return m_maxValue - m_minValue; }
+    [[nodiscard]] QColor designerStopColor() const { return m_stopColor.toQColor(); }
+    [[nodiscard]] QColor designerPlayedStartColor() const { return m_playedStartColor.toQColor(); }
+    [[nodiscard]] QColor designerPlayedEndColor() const { return m_playedEndColor.toQColor(); }
+    [[nodiscard]] QColor designerPreloadColor() const { return m_preloadColor.toQColor(); }
+    [[nodiscard]] QColor designerUnLoadColor() const { return m_unLoadColor.toQColor(); }
+    [[nodiscard]] QColor designerStarClipsColor() const { return m_starClipsColor.toQColor(); }
     void setColor(kx::Color &field, const kx::Color &color);
     void endHover();
     void reportDrag();

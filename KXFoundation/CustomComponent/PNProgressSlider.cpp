@@ -208,9 +208,11 @@ kx::RangeState PNProgressSlider::rangeState() const
 void PNProgressSlider::setByUser(double value)
 {
     const QPointer<PNProgressSlider> alive(this);
+    if (!m_userInteraction || m_isMouseDown)
+        return;
     setCurrentValue(value);
     if (alive)
-        report(true);
+        settle();
 }
 
 QString PNProgressSlider::valueText() const
@@ -259,6 +261,11 @@ void PNProgressSlider::endDrag()
         return;
     m_isMouseDown = false;
     setNeedsDisplay();
+    settle();
+}
+
+void PNProgressSlider::settle()
+{
     const QPointer<PNProgressSlider> alive(this);
     if (isHeard())
         setCurrentValue(currentValue()); // to the end of a segment

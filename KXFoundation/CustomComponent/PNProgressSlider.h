@@ -22,6 +22,9 @@ class KX_UI_EXPORT PNProgressSlider : public kx::View, public kx::RangeControl {
     Q_PROPERTY(double minValue READ minValue WRITE setMinValue NOTIFY minValueChanged)
     Q_PROPERTY(double maxValue READ maxValue WRITE setMaxValue NOTIFY maxValueChanged)
     Q_PROPERTY(qint64 segementCount READ segementCount WRITE setSegementCount)
+    Q_PROPERTY(QColor mainColor READ designerMainColor WRITE setMainColor)
+    Q_PROPERTY(QColor bgColor READ designerBgColor WRITE setBgColor)
+    Q_PROPERTY(QColor segementColor READ designerSegementColor WRITE setSegementColor)
     Q_PROPERTY(bool useVertical READ useVertical WRITE setUseVertical)
     Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
 
@@ -122,8 +125,12 @@ protected:
 
 private:
     [[nodiscard]] double range() const { return m_maxValue - m_minValue; }
+    [[nodiscard]] QColor designerMainColor() const { return m_mainColor.toQColor(); }
+    [[nodiscard]] QColor designerBgColor() const { return m_bgColor.toQColor(); }
+    [[nodiscard]] QColor designerSegementColor() const { return m_segementColor.toQColor(); }
     void drawMarks(QPainter &painter) const;
     void endDrag();
+    void settle();
     void report(bool finished);
     [[nodiscard]] bool isHeard() const;
 

@@ -31,7 +31,7 @@ void PlaybackBarPainter::paint(QPainter &painter, const PNProgressIndicator &bar
 {
     m_bar = &bar;
     if (geometry.isStopped()) {
-        if (kx::isPaintable(geometry.bar()))
+        if (bar.stopColor() && kx::isPaintable(geometry.bar()))
             painter.fillRect(bar.widgetRect(geometry.bar()), bar.stopColor().toQColor());
         return;
     }

@@ -55,6 +55,8 @@ private Q_SLOTS:
     void movesByKeys_data();
     void movesByKeys();
     void isASliderToAssistiveTechnology();
+    void obeysAssistiveTechnologyWhereTheUserMayDrag();
+    void givesItsColoursToDesigner();
     void survivesAnyOrderOfValuesAndEvents();
     void mayBeDeletedByItsHandlers_data();
     void mayBeDeletedByItsHandlers();
@@ -426,6 +428,47 @@ void PNProgressIndicatorTest::isASliderToAssistiveTechnology()
     value->setCurrentValue(600);
     QCOMPARE(m_bar->playedValue(), 600.0);
     QCOMPARE(m_drags.size(), 1);
+}
+
+void PNProgressIndicatorTest::obeysAssistiveTechnologyWhereTheUserMayDrag()
+{
+    QAccessibleValueInterface *const value = QAccessible::queryAccessibleInterface(m_bar)->valueInterface();
+    QVERIFY(value);
+    m_bar->setUserInteraction(false);
+    value->setCurrentValue(60);
+    m_bar->setUserInteraction(true);
+    m_bar->setEnabled(false);
+    value->setCurrentValue(60);
+    m_bar->setEnabled(true);
+    QCOMPARE(m_bar->playedValue(), 0.0);
+    QVERIFY(m_drags.isEmpty());
+
+    Pointer pointer(*m_bar);
+    pointer.moveTo(at(8.5 + 141.5));
+    pointer.press();
+    QVERIFY(m_bar->isMouseDown());
+    const float dragged = m_bar->draggedValue();
+    value->setCurrentValue(90);
+    QCOMPARE(m_bar->draggedValue(), dragged);
+    QVERIFY(m_drags.isEmpty());
+    pointer.release();
+    QCOMPARE(m_drags.size(), 1);
+}
+
+void PNProgressIndicatorTest::givesItsColoursToDesigner()
+{
+    for (const char *name : {"stopColor", "playedStartColor", "playedEndColor", "preloadColor", "starClipsColor"}) {
+        QVERIFY2(m_bar->property(name).value<QColor>().isValid(), name);
+        QVERIFY2(m_bar->setProperty(name, QColor(Qt::blue)), name);
+        QCOMPARE(m_bar->property(name).value<QColor>(), QColor(Qt::blue));
+        QVERIFY2(m_bar->setProperty(name, QColor()), name);
+        QVERIFY2(!m_bar->property(name).value<QColor>().isValid(), name);
+    }
+    const QColor track = m_bar->unLoadColor().toQColor();
+    QVERIFY(m_bar->setProperty("unLoadColor", QColor(Qt::blue)));
+    QCOMPARE(m_bar->property("unLoadColor").value<QColor>(), track);
+    QVERIFY(m_bar->setProperty("starClipEndingAdvance", 2.5));
+    QCOMPARE(m_bar->starClipEndingAdvance(), 2.5);
 }
 
 void PNProgressIndicatorTest::survivesAnyOrderOfValuesAndEvents()

@@ -61,6 +61,8 @@ private Q_SLOTS:
     void movesByKeys();
     void leavesOtherKeysAlone();
     void isASliderToAssistiveTechnology();
+    void obeysAssistiveTechnologyWhereTheUserMayDrag();
+    void givesItsColoursToDesigner();
     void survivesValuesThatMakeNoSense();
     void mayBeDeletedByItsHandler();
 
@@ -484,6 +486,48 @@ void PNProgressSliderTest::isASliderToAssistiveTechnology()
     QCOMPARE(m_reports.last(), (Report{true, 100}));
     value->setCurrentValue(u"no number"_s);
     QCOMPARE(m_slider->currentValue(), 100.0);
+}
+
+void PNProgressSliderTest::obeysAssistiveTechnologyWhereTheUserMayDrag()
+{
+    QAccessibleValueInterface *const value = QAccessible::queryAccessibleInterface(m_slider)->valueInterface();
+    QVERIFY(value);
+    m_slider->setUserInteraction(false);
+    value->setCurrentValue(60);
+    m_slider->setUserInteraction(true);
+    m_slider->setEnabled(false);
+    value->setCurrentValue(60);
+    m_slider->setEnabled(true);
+    QCOMPARE(m_slider->progressValue(), 0.0);
+    QVERIFY(m_reports.isEmpty());
+
+    Pointer pointer(*m_slider);
+    pointer.moveTo({100, 10});
+    pointer.press();
+    const qsizetype count = m_reports.size();
+    value->setCurrentValue(60);
+    QCOMPARE(m_reports.size(), count);
+    pointer.release();
+
+    m_slider->setSegementCount(4);
+    value->setCurrentValue(30);
+    QCOMPARE(m_slider->progressValue(), 0.25); // as at the end of a drag
+    QCOMPARE(m_reports.last(), (Report{true, 25}));
+}
+
+void PNProgressSliderTest::givesItsColoursToDesigner()
+{
+    QCOMPARE(m_slider->property("mainColor").value<QColor>().red(), 231);
+    QVERIFY(m_slider->setProperty("mainColor", QColor(Qt::blue)));
+    QCOMPARE(m_slider->mainColor().toQColor(), QColor(Qt::blue));
+    QVERIFY(!m_slider->property("segementColor").value<QColor>().isValid());
+    QVERIFY(m_slider->setProperty("segementColor", QColor(Qt::blue)));
+    QCOMPARE(m_slider->segementColor().toQColor(), QColor(Qt::blue));
+    QVERIFY(m_slider->setProperty("segementColor", QColor()));
+    QVERIFY(!m_slider->segementColor());
+    const QColor track = m_slider->bgColor().toQColor();
+    QVERIFY(m_slider->setProperty("bgColor", QColor(Qt::blue)));
+    QCOMPARE(m_slider->property("bgColor").value<QColor>(), track);
 }
 
 void PNProgressSliderTest::survivesValuesThatMakeNoSense()

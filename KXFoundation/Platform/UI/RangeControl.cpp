@@ -42,7 +42,7 @@ public:
         bool isNumber = false;
         const double number = value.toDouble(&isNumber);
         const RangeState state = m_control.rangeState();
-        if (isNumber && !std::isnan(number) && state.maximum > state.minimum)
+        if (widget()->isEnabled() && isNumber && !std::isnan(number) && state.maximum > state.minimum)
             m_control.setByUser(std::clamp(number, state.minimum, state.maximum));
     }
 

@@ -29,7 +29,8 @@ public:
     virtual ~RangeControl();
 
     [[nodiscard]] virtual RangeState rangeState() const = 0;
-    /// Takes a value as if the user had dragged there; it is within the range.
+    /// Takes a value as if the user had dragged there; it is within the range. Does nothing while the user may not, or
+    /// is dragging.
     virtual void setByUser(double value) = 0;
     /// The present value for people.
     [[nodiscard]] virtual QString valueText() const = 0;

@@ -46,7 +46,13 @@ void ViewInterface::setNeedsDisplay()
 
 void ViewInterface::setNeedsDisplayInRect(const QRectF &rect)
 {
-    m_widget->update(widgetRect(rect).toAlignedRect());
+    const QRectF part = widgetRect(rect);
+    // An edge that no integer holds, or that is no number, has no pixel: then all is repainted.
+    const auto hasPixel = [](double edge) { return std::abs(edge) < 1e9; };
+    if (hasPixel(part.left()) && hasPixel(part.top()) && hasPixel(part.right()) && hasPixel(part.bottom()))
+        m_widget->update(part.toAlignedRect());
+    else
+        m_widget->update();
 }
 
 void ViewInterface::drawRect(QPainter &, const QRectF &) { }
