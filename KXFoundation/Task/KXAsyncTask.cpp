@@ -37,8 +37,8 @@ std::shared_ptr<KXAsyncTask> KXAsyncTask::initWithExecutePath(const QString &pat
     return std::shared_ptr<KXAsyncTask>(new KXAsyncTask(path));
 }
 
-KXAsyncTask::KXAsyncTask(const QString &path)
-    : m_executePath(path)
+KXAsyncTask::KXAsyncTask(QString path)
+    : m_executePath(std::move(path))
     , m_task(kx::ChildProcess::create())
 {
     passOnExecutePath();

@@ -92,7 +92,7 @@ public:
     void terminate();
 
 private:
-    explicit KXAsyncTask(const QString &path);
+    explicit KXAsyncTask(QString path);
     void passOnExecutePath();
     static std::optional<KXError> launch(kx::ChildProcess &process);
     void onReceivedLog(const std::shared_ptr<kx::ChildOutput> &output);

@@ -11,8 +11,9 @@
 namespace {
 
 std::atomic<qint64> received = 0;
+std::vector<std::shared_ptr<KXAsyncTask>> *tasks = nullptr; // which nobody destroys
 
-std::shared_ptr<KXAsyncTask> started(const QStringList &commands, bool realTimeLog)
+void start(const QStringList &commands, bool realTimeLog)
 {
     const auto task = KXAsyncTask::initWithExecutePath(QStringLiteral(TASK_CHILD));
     task->setArguments(commands);
@@ -20,7 +21,7 @@ std::shared_ptr<KXAsyncTask> started(const QStringList &commands, bool realTimeL
     task->setLogReveiver([](const QString &text) { received += text.size(); });
     if (task->execute([](const std::shared_ptr<KXAsyncTask> &) { ++received; }))
         qFatal("no child");
-    return task;
+    tasks->push_back(task);
 }
 
 } // namespace
@@ -30,12 +31,12 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     const QString flood = QStringLiteral("flood");
     const QString forever = QStringLiteral("10000");
-    auto *const tasks = new std::vector<std::shared_ptr<KXAsyncTask>>;
-    tasks->push_back(started({flood, forever}, true));
-    tasks->push_back(started({flood, forever}, false));
-    tasks->push_back(started({QStringLiteral("await"), application.arguments().value(1)}, true));
+    tasks = new std::vector<std::shared_ptr<KXAsyncTask>>;
+    start({flood, forever}, true);
+    start({flood, forever}, false);
+    start({QStringLiteral("await"), application.arguments().value(1)}, true);
     for (int i = 0; i < 8; ++i)
-        tasks->push_back(started({}, i % 2 == 0));
+        start({}, i % 2 == 0);
     QCoreApplication::processEvents();
     if (argc > 2)
         static const std::unique_ptr<std::vector<std::shared_ptr<KXAsyncTask>>> lastOwner(tasks);

@@ -21,8 +21,8 @@ namespace kx {
 
 namespace {
 
-constexpr qsizetype smallRead = 64 * 1024; // what a pipe holds unless asked for more
-constexpr qsizetype largeRead = 1024 * 1024; // the most that the system allows everybody
+constexpr qsizetype smallRead = qsizetype(64) * 1024; // what a pipe holds unless asked for more
+constexpr qsizetype largeRead = qsizetype(1024) * 1024; // the most that the system allows everybody
 // How often a child whose output is open is asked whether it has ended, where the system cannot tell by itself.
 constexpr int askInterval = 20; // milliseconds
 

@@ -13,6 +13,7 @@ struct SystemVersion {
     int minor = 0;
     int patch = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the defaulted comparison for a null pointer
     friend auto operator<=>(const SystemVersion &, const SystemVersion &) = default;
 };
 
