@@ -80,6 +80,15 @@ template <class Use> void forEachLine(const TextLines &lines, const TextSpan &ch
     }
 }
 
+// Whether a piece lies beside the dirty rectangle, and its ink with it.
+bool isBeside(const TextPiece &piece, const TextLine &line, const QRectF &dirty)
+{
+    return !dirty.isNull() && piece.segment.kind != TextSegment::Kind::Attachment
+        && std::all_of(piece.extents.begin(), piece.extents.end(), [&](const TextExtent &extent) {
+               return extent.right + line.height() < dirty.left() || extent.left - line.height() > dirty.right();
+           });
+}
+
 bool isOnScreen(const QPointF &point)
 {
     return coordinate(point.x()) == point.x() && coordinate(point.y()) == point.y();
@@ -191,9 +200,10 @@ void LayoutManager::drawBackgroundForGlyphRange(
     // Edges on device pixels, or neighbours would show through between two half-covered ones.
     const bool antialiased = painter.testRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    forEachLine(text, characters, dirtyRect.translated(-atPoint), [&](const TextLine &line) {
+    const QRectF dirty = dirtyRect.translated(-atPoint);
+    forEachLine(text, characters, dirty, [&](const TextLine &line) {
         forEachPiece(line, characters, [&](const TextPiece &piece, const TextSpan &part) {
-            if (piece.background.alpha() == 0 || !piece.background.isValid())
+            if (isBeside(piece, line, dirty) || !piece.background.isValid() || piece.background.alpha() == 0)
                 return;
             const Extents extents = piece.extentsOf(part);
             for (const TextExtent &extent : extents)
@@ -212,9 +222,12 @@ void LayoutManager::drawGlyphsForGlyphRange(
     const TextSpan characters = spanWithin(glyphRange, text.textLength());
     const QPen pen = painter.pen();
     QColor current = pen.color();
-    forEachLine(text, characters, dirtyRect.translated(-atPoint), [&](const TextLine &line) {
+    const QRectF dirty = dirtyRect.translated(-atPoint);
+    forEachLine(text, characters, dirty, [&](const TextLine &line) {
         const QPointF start = atPoint + QPointF(0, line.baseline());
         forEachPiece(line, characters, [&](const TextPiece &piece, const TextSpan &part) {
+            if (isBeside(piece, line, dirty))
+                return;
             if (piece.segment.kind == TextSegment::Kind::Attachment) {
                 const kx::Image image = piece.segment.attributes->attachment->image();
                 image.draw(painter, piece.attachmentRect().translated(start));

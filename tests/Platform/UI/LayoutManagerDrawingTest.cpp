@@ -101,6 +101,7 @@ private Q_SLOTS:
     void drawsAttachmentsUpright_data();
     void drawsAttachmentsUpright();
     void drawsLinesInTheDirtyRectangleOnly();
+    void drawsRunsInTheDirtyRectangleOnly();
     void drawsNothingNowhere_data();
     void drawsNothingNowhere();
     void drawsEmptyTexts();
@@ -346,6 +347,22 @@ void LayoutManagerDrawingTest::drawsLinesInTheDirtyRectangleOnly()
     QVERIFY(ink(part).height() <= 7 * height); // and a line around them
     const QImage none = text.drawn(size, 1, QPointF(3, 5), QRectF(0, -5 * height, 120, height));
     QVERIFY(ink(none).height() <= 2 * height);
+}
+
+void LayoutManagerDrawingTest::drawsRunsInTheDirtyRectangleOnly()
+{
+    MutableAttributedString string;
+    for (int i = 0; i < 40; ++i) {
+        string.appendAttributedString(AttributedString(i % 3 == 0 ? QString::fromUtf8("שלום") : u"word "_qs,
+            {.foregroundColor = QColor::fromHsv(i * 8, 255, 160)}));
+    }
+    LaidOutText text(string);
+    const QSize size(int(text.manager.usedRect().width()) + 10, 30);
+    const QImage everything = text.drawn(size, 1, QPointF(3, 2));
+    const QRectF dirty(400, 0, 100, 30);
+    const QImage part = text.drawn(size, 1, QPointF(3, 2), dirty);
+    QCOMPARE(part.copy(dirty.toRect()), everything.copy(dirty.toRect()));
+    QVERIFY(ink(part).width() < 400);
 }
 
 void LayoutManagerDrawingTest::drawsNothingNowhere_data()

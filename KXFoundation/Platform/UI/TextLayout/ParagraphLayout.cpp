@@ -54,10 +54,10 @@ private:
     using Layout = std::unique_ptr<QTextLayout>;
 
     void layOutInParts(const TextSegments &segments);
-    [[nodiscard]] TextSegments fitting(const TextSegments &all) const;
+    [[nodiscard]] TextSegments fitting(const TextSegments &all);
     [[nodiscard]] TextSpan leftOut(qsizetype keptCharacters) const;
-    [[nodiscard]] Layout layout(QStringView layoutText, Segments segments, double left) const;
-    [[nodiscard]] QTextCharFormat format(const TextSegment &segment) const;
+    [[nodiscard]] Layout layout(QStringView layoutText, Segments segments, double left);
+    [[nodiscard]] QTextCharFormat format(const TextSegment &segment);
     void addLines(Layout layout, Segments segments);
     void addPieces(TextLine &line, const QTextLine &textLine, Segments segments, qsizetype layoutStart) const;
 
@@ -66,9 +66,13 @@ private:
     const double m_width;
     const bool m_limited;
     ParagraphStyle m_style;
-    Font m_firstFont; // none for the default font
-    QFont m_defaultFont;
-    QFont m_font; // the first one
+    const QFont m_defaultFont;
+    QFont m_font; // the first one of the paragraph
+    struct FontFormat {
+        Font font;
+        QTextCharFormat format;
+    };
+    std::vector<FontFormat> m_formats; // made so far: Qt takes long to make one
     QTextOption m_option;
     LaidOutParagraph m_result;
 };
@@ -84,8 +88,8 @@ Paragraph::Paragraph(const AttributedString &text, const TextSpan &span, const T
     const auto last = quint64(std::max<qsizetype>(qsizetype(text.length()) - 1, 0));
     const TextAttributes attributes = text.attributesAt(std::min(quint64(span.start), last));
     m_style = attributes.paragraphStyle.value_or(ParagraphStyle());
-    m_firstFont = attributes.font;
-    m_font = m_firstFont ? *m_firstFont : m_defaultFont;
+    m_font = attributes.font ? *attributes.font : m_defaultFont;
+    m_formats.push_back({attributes.font, QTextCharFormat()});
 
     m_option.setWrapMode(QTextOption::ManualWrap);
     m_option.setAlignment(Qt::AlignLeft);
@@ -143,7 +147,7 @@ void Paragraph::layOutInParts(const TextSegments &segments)
 }
 
 // The segments with as many characters as fit the width beside an ellipsis; all of them if they fit.
-TextSegments Paragraph::fitting(const TextSegments &all) const
+TextSegments Paragraph::fitting(const TextSegments &all)
 {
     const auto fits = [&](const TextSegments &segments) {
         const Layout candidate = layout(segments.layoutText, Segments(segments.segments), 0);
@@ -185,7 +189,7 @@ TextSpan Paragraph::leftOut(qsizetype keptCharacters) const
     return left;
 }
 
-std::unique_ptr<QTextLayout> Paragraph::layout(QStringView layoutText, Segments segments, double left) const
+std::unique_ptr<QTextLayout> Paragraph::layout(QStringView layoutText, Segments segments, double left)
 {
     auto layout = std::make_unique<QTextLayout>(layoutText.toString(), m_font);
     layout->setCacheEnabled(true);
@@ -211,18 +215,26 @@ std::unique_ptr<QTextLayout> Paragraph::layout(QStringView layoutText, Segments 
     return layout;
 }
 
-QTextCharFormat Paragraph::format(const TextSegment &segment) const
+QTextCharFormat Paragraph::format(const TextSegment &segment)
 {
-    QTextCharFormat format;
     const Font &own = segment.attributes->font;
-    QFont font = own ? *own : m_defaultFont;
     if (segment.kind == Kind::Attachment) {
+        QFont spaced = own ? *own : m_defaultFont;
         const double width = segment.attributes->attachment->place().width();
-        font.setLetterSpacing(QFont::AbsoluteSpacing, width - QFontMetricsF(font).horizontalAdvance(QChar::Nbsp));
-        format.setFont(font);
-    } else if (own != m_firstFont) {
-        format.setFont(font);
+        spaced.setLetterSpacing(QFont::AbsoluteSpacing, width - QFontMetricsF(spaced).horizontalAdvance(QChar::Nbsp));
+        QTextCharFormat format;
+        format.setFont(spaced);
+        return format;
     }
+    const auto known = std::find_if(
+        m_formats.begin(), m_formats.end(), [&](const FontFormat &format) { return format.font.sameValue(own); });
+    if (known != m_formats.end())
+        return known->format;
+    QTextCharFormat format;
+    format.setFont(own ? *own : m_defaultFont);
+    constexpr std::size_t worthSearching = 16;
+    if (m_formats.size() < worthSearching)
+        m_formats.push_back({own, format});
     return format;
 }
 
