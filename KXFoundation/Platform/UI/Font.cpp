@@ -75,8 +75,10 @@ Face installedFace(const QString &name)
 {
     static QHash<QString, Face> known;
     static QMetaObject::Connection forgetting;
-    if (!forgetting)
+    if (!forgetting) { // at first, and for a new application object
+        known.clear();
         forgetting = QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, qGuiApp, [] { known.clear(); });
+    }
     const auto found = known.constFind(name);
     return found != known.cend() ? *found : *known.insert(name, searchFace(name));
 }

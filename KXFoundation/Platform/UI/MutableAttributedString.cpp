@@ -49,7 +49,8 @@ void MutableAttributedString::replaceCharactersInRange(
 {
     if (!range.isWithin(length()))
         return;
-    const AttributedString added = withAttributedString; // may be this very string
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be this very string
+    const AttributedString added = withAttributedString;
     const auto location = qsizetype(range.location);
     const auto length = qsizetype(range.length);
     const qsizetype growth = added.string().size() - length;

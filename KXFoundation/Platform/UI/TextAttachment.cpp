@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/TextLayout/Finite.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace kx {
 
@@ -16,8 +17,8 @@ double length(double value)
 
 } // namespace
 
-TextAttachment::TextAttachment(const Image &image)
-    : m_image(image)
+TextAttachment::TextAttachment(Image image)
+    : m_image(std::move(image))
 {
 }
 

@@ -15,7 +15,7 @@ namespace kx {
 /// them, once it is laid out again. Main thread only.
 class KX_UI_EXPORT TextAttachment {
 public:
-    explicit TextAttachment(const Image &image = {});
+    explicit TextAttachment(Image image = {});
     Q_DISABLE_COPY_MOVE(TextAttachment)
 
     [[nodiscard]] Image image() const { return m_image; }
