@@ -26,3 +26,12 @@ function(kx_add_test name)
             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/Support/lsan.supp:print_suppressions=0")
     endif()
 endfunction()
+
+# kx_add_x11_test(Name): the same executable once more, on an X server of its own with a window manager.
+function(kx_add_x11_test name)
+    find_program(KX_XVFB Xvfb REQUIRED)
+    find_program(KX_OPENBOX openbox REQUIRED)
+    add_test(NAME ${name}X11 COMMAND "${PROJECT_SOURCE_DIR}/tests/Support/under_x11.sh"
+        "${KX_XVFB}" "${KX_OPENBOX}" $<TARGET_FILE:${name}>)
+    set_tests_properties(${name}X11 PROPERTIES TIMEOUT 300 LABELS x11)
+endfunction()

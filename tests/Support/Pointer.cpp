@@ -2,7 +2,9 @@
 #include "Support/Pointer.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 #include <QtGui/QStyleHints>
 #include <QtGui/QWindow>
 #include <QtGui/private/qhighdpiscaling_p.h>
@@ -24,6 +26,9 @@ Pointer::Pointer(QWidget &widget)
     : m_widget(&widget)
     , m_global(widget.mapToGlobal(QPointF(0, 0)))
 {
+    // The display's own pointer must not get beneath a window that moves: it has no button down.
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
 }
 
 void Pointer::deliver()
