@@ -112,7 +112,7 @@ void ConstraintLayout::apply(ViewInterface &superview)
 
     const QList<double> solved = equations.solution();
     for (int i = 0; i < views.size(); ++i) {
-        const double *at = &solved.at(i * UnknownsPerView);
+        const double *at = solved.constData() + qsizetype(i) * UnknownsPerView;
         if (ViewInterface *view = ViewInterface::of(views.at(i)))
             view->setFrame(superview.widgetRect({at[X], at[Y], at[Width], at[Height]}));
     }

@@ -44,7 +44,7 @@ LayoutConstraintRef LayoutConstraint::constraintWithItem(ViewInterface *item, La
     if (!item || kind == Kind::None || kindOf(toAttribute) != toKind || !std::isfinite(multiplier)
         || !std::isfinite(constant))
         return nullptr;
-    const LayoutConstraintRef made(new LayoutConstraint);
+    LayoutConstraintRef made(new LayoutConstraint);
     made->m_item = item->widget();
     made->m_toItem = toItem ? toItem->widget() : nullptr;
     made->m_attribute = attribute;
