@@ -7,15 +7,14 @@
 #include <KXFoundation/CustomComponent/PNTextColorButton.h>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QFile>
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QToolButton>
 
+#include <malloc.h>
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -138,22 +137,21 @@ void pushButtonRepaint(benchmark::State &state)
     repaint(state, button, 1);
 }
 
-double residentKib()
+double heapKib()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024;
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd) / 1024;
 }
 
-// What a thousand of them add to the resident memory, which is only asked for once.
+// What a thousand of them keep on the heap.
 template <class Make> double memoryOfThousand(Make make)
 {
     QWidget parent;
-    const double before = residentKib();
+    make(parent); // what the first one leaves behind for the others
+    const double before = heapKib();
     for (int i = 0; i < 1000; ++i)
         make(parent);
-    return residentKib() - before;
+    return heapKib() - before;
 }
 
 const kx::Image sharedIcon = icon(Qt::blue);
