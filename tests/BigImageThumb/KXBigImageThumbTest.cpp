@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <KXFoundation/Category/BitmapKXTools.h>
 #include <KXFoundation/BigImageThumb/KXBigImageThumb.h>
+#include <KXFoundation/Category/BitmapKXTools.h>
 
 #include "Support/JpegFile.h"
 
