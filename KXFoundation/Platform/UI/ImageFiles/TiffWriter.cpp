@@ -127,7 +127,7 @@ QByteArray strip(const QImage &image, const Layout &layout, int top, int rows)
 
 Directory directoryOf(const QImage &image, const Layout &layout, const Strips &strips)
 {
-    // The numbers are those of the TIFF 6.0 specification.
+    // The numbers are those of TIFF, revision 6.0.
     constexpr quint16 deflate = 8, blackIsZero = 1, rgb = 2, centimeter = 3, unassociatedAlpha = 2;
     const auto pixelsPerMeter = [](int value) { return quint32(qMax(value, 1)); };
     Directory directory;
