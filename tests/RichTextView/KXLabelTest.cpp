@@ -194,11 +194,9 @@ void KXLabelTest::aMissingFaceLeavesNoFont()
 {
     KXLabel label(u"One"_qs);
     label.setFont(kx::Font::named(u"DejaVu Serif"_qs, 30));
-    if (kx::Font::named(face(), 18))
-        QSKIP("the face is installed here");
     label.setFontSize(18);
     QCOMPARE(label.fontSize(), 18);
-    QVERIFY(!label.font());
+    QCOMPARE(bool(label.font()), bool(kx::Font::named(face(), 18))); // the face is missing on most systems
     QVERIFY(!attributesOf(label).contains(u"DejaVu Serif"_qs)); // the widget's font
 }
 
