@@ -3,6 +3,7 @@
 
 #include <KXFoundation/Platform/UI/Cursor.h>
 
+#include <Support/LoggingWindow.h>
 #include <Support/Pointer.h>
 
 #include <QtGui/QPainter>
@@ -22,9 +23,11 @@ private Q_SLOTS:
     void showsItsImageScaledDown();
     void showsItsImageOnWholePixels();
     void clicksAtThePress();
+    void swallowsThePress();
     void reportsHovers();
     void reportsNothingInAWindowThatIgnoresTheMouse();
     void changesNothingUnderAModalWindow();
+    void changesNothingInAModalWindowOfItsOwn();
     void isNotHitWithoutInteraction();
     void mayMoveTheWindowOnlyWithoutInteraction();
     void keepsItsTrackingAreaUntilTheNextUpdate();
@@ -105,6 +108,20 @@ void KXImageViewTest::clicksAtThePress()
     QCOMPARE(signal.count(), 1);
 }
 
+void KXImageViewTest::swallowsThePress()
+{
+    auto *parent = new LoggingWidget(m_window.get());
+    parent->resize(200, 100);
+    auto *view = new KXImageView(parent);
+    view->setGeometry(0, 0, 60, 40);
+    parent->show();
+    Pointer pointer(*view);
+    pointer.moveTo({10, 10});
+    pointer.press();
+    QCOMPARE(parent->clicks(), QList<QEvent::Type>());
+    pointer.release();
+}
+
 void KXImageViewTest::reportsHovers()
 {
     QSignalSpy signal(m_view, &KXImageView::hoverStateChanged);
@@ -125,6 +142,11 @@ void KXImageViewTest::reportsNothingInAWindowThatIgnoresTheMouse()
     m_view->mouseEntered(nullptr);
     m_view->mouseExited(nullptr);
     QVERIFY(m_hovers.isEmpty());
+
+    m_view->mouseEntered(nullptr); // the hover is there all the same
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents, false);
+    m_view->updateTrackingAreas();
+    QCOMPARE(m_hovers, QList<bool>{false});
 }
 
 void KXImageViewTest::changesNothingUnderAModalWindow()
@@ -139,6 +161,26 @@ void KXImageViewTest::changesNothingUnderAModalWindow()
     dialog.show();
     m_view->mouseExited(nullptr);
     QCOMPARE(m_hovers, QList<bool>{true});
+}
+
+// Deliberate: it does not matter whose modal window it is.
+void KXImageViewTest::changesNothingInAModalWindowOfItsOwn()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.resize(200, 100);
+    KXImageView view(&dialog);
+    view.setGeometry(20, 20, 60, 40);
+    view.setHoverStateListener([this](bool hovered) { m_hovers << hovered; });
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Pointer pointer(view);
+    pointer.moveTo({100, 10});
+    pointer.moveTo({10, 10});
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    view.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    QVERIFY(m_hovers.isEmpty());
 }
 
 void KXImageViewTest::isNotHitWithoutInteraction()
@@ -190,6 +232,12 @@ void KXImageViewTest::setsTheCursor()
     m_view->setNeedIBeamCursor(true);
     pointer.moveTo({10, 10});
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::IBeamCursor);
+
+    m_view->mouseExited(nullptr); // sets one of its own
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_view->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
 }
 
 void KXImageViewTest::mayBeDeletedByItsClick()

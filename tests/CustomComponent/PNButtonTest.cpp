@@ -45,17 +45,21 @@ private Q_SLOTS:
     void showsToolTips();
     void ignoresHovers();
     void clearsItsToolTipWhenAHoverIsIgnored();
+    void showsTheLookOfItsStateWheneverItIsToldToIgnoreHovers();
     void ignoresAHoverInAWindowThatIgnoresTheMouse();
+    void equalValuesChangeNothing();
     void restsWithoutAReport();
     void showsThePressedImageWhateverIsSelected();
     void performsItsActionWhereverTheReleaseIs();
     void performsItsActionEvenIfDisabledMeanwhile();
+    void performsItsActionBeforeItLooksReleased();
     void doesNothingForAReleaseWithoutAPress();
     void swallowsRightClicks();
     void isNotHitWithoutInteraction();
     void tracksOnlyWhileEnabledAndInteractive();
     void endsAHoverWhenItsAreaIsRebuilt();
     void changesNothingUnderAModalWindow();
+    void changesNothingInAModalWindowOfItsOwn();
     void setsTheCursor();
     void performsItsActionByKey();
     void mayBeDeletedByItsListenerAndItsAction_data();
@@ -233,9 +237,17 @@ void PNButtonTest::clearsItsToolTipWhenAHoverIsIgnored()
     QCOMPARE(m_button->toolTip(), u"play"_s);
     m_button->mouseEntered(nullptr);
     QCOMPARE(m_button->toolTip(), QString());
+    QVERIFY(!m_button->toolTip().isNull()); // empty, not absent
     m_button->updateImage();
     m_button->mouseExited(nullptr); // for either value
     QCOMPARE(m_button->toolTip(), QString());
+}
+
+void PNButtonTest::showsTheLookOfItsStateWheneverItIsToldToIgnoreHovers()
+{
+    m_button->setImage(m_hover);
+    m_button->setIsIgnoreHover(false); // as it is
+    QVERIFY(m_button->image() == m_normal);
 }
 
 void PNButtonTest::ignoresAHoverInAWindowThatIgnoresTheMouse()
@@ -247,8 +259,24 @@ void PNButtonTest::ignoresAHoverInAWindowThatIgnoresTheMouse()
     QVERIFY(m_button->image() == m_normal);
     QCOMPARE(m_button->toolTip(), QString());
     QVERIFY(m_hovers.isEmpty());
+    m_button->updateImage(); // the hover is there all the same
+    QVERIFY(m_button->image() == m_hover);
     m_button->mouseExited(nullptr); // its end is reported
     QCOMPARE(m_hovers, QList<bool>{false});
+}
+
+void PNButtonTest::equalValuesChangeNothing()
+{
+    m_button->setPressedImage(m_pressed);
+    m_button->mouseEntered(nullptr);
+    m_button->mouseDown(nullptr);
+    const kx::TrackingAreaRef area = m_button->trackingAreas().value(0);
+    m_button->setSelected(false);
+    m_button->setUserInteraction(true);
+    m_button->setEnabled(true);
+    QVERIFY(m_button->image() == m_pressed);
+    QCOMPARE(m_button->trackingAreas(), QList{area});
+    QCOMPARE(m_hovers, QList<bool>{true});
 }
 
 void PNButtonTest::restsWithoutAReport()
@@ -306,6 +334,17 @@ void PNButtonTest::performsItsActionEvenIfDisabledMeanwhile()
     m_button->setEnabled(false);
     pointer.release();
     QCOMPARE(clicked.count(), 1);
+}
+
+void PNButtonTest::performsItsActionBeforeItLooksReleased()
+{
+    m_button->setPressedImage(m_pressed);
+    kx::Image inTheAction;
+    connect(m_button, &QAbstractButton::clicked, this, [&] { inTheAction = m_button->image(); });
+    m_button->mouseDown(nullptr);
+    m_button->mouseUp(nullptr);
+    QVERIFY(inTheAction == m_pressed);
+    QVERIFY(m_button->image() == m_normal);
 }
 
 void PNButtonTest::doesNothingForAReleaseWithoutAPress()
@@ -391,6 +430,26 @@ void PNButtonTest::changesNothingUnderAModalWindow()
     QVERIFY(m_button->image() == m_hover);
 }
 
+// Deliberate: it does not matter whose modal window it is.
+void PNButtonTest::changesNothingInAModalWindowOfItsOwn()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.resize(200, 100);
+    PNButton button(&dialog);
+    button.setGeometry(20, 20, 40, 40);
+    button.setNormalImage(m_normal);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Pointer pointer(button);
+    pointer.moveTo({100, 20});
+    pointer.moveTo({20, 20});
+    QVERIFY(button.image() == m_normal);
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    button.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+}
+
 void PNButtonTest::setsTheCursor()
 {
     Pointer pointer(*m_button);
@@ -399,6 +458,13 @@ void PNButtonTest::setsTheCursor()
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
     pointer.moveTo({100, 20});
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+
+    pointer.moveTo({20, 20});
+    m_button->mouseExited(nullptr); // sets one of its own
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_button->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
 }
 
 void PNButtonTest::performsItsActionByKey()

@@ -258,6 +258,13 @@ void PNStandardWindowButtonViewTest::hasOneTrackingArea()
     QCOMPARE(area->rect(), group().bounds());
     QCOMPARE(area->owner(), &group());
     QVERIFY(!area->userInfo().isValid());
+
+    const auto foreign =
+        std::make_shared<kx::TrackingArea>(QRectF(0, 0, 5, 5), kx::TrackingOption::ActiveAlways, &group());
+    group().addTrackingArea(foreign);
+    group().updateTrackingAreas(); // takes away whatever is there
+    QCOMPARE(group().trackingAreas().size(), 1);
+    QCOMPARE(int(group().trackingAreas().first()->options()), 641);
 }
 
 void PNStandardWindowButtonViewTest::showsSymbolsWhileThePointerIsOverIt()
@@ -274,8 +281,11 @@ void PNStandardWindowButtonViewTest::showsSymbolsWhileThePointerIsOverIt()
     QVERIFY(inside != outside);
     pointer.moveTo(QPointF(27, 8));
     QCOMPARE(picture(), inside);
+    QCoreApplication::processEvents();
+    const PaintCount paints(group());
     pointer.moveTo(QPointF(60, 8));
     QVERIFY(!group().isMouseInside());
+    QTRY_VERIFY(paints.count >= 3);
     QCOMPARE(picture(), outside);
     QCOMPARE(record.toggles(), (Toggles{true, false}));
 }
