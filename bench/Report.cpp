@@ -52,7 +52,7 @@ std::string processor()
 std::string pageTable(const std::vector<Result> &results)
 {
     const std::string day = QDate::currentDate().toString(Qt::ISODate).toStdString();
-    std::string text = "Measured on " + day + " with Qt " + qVersion() + " and GCC " + __VERSION__ + ", on "
+    std::string text = "\nMeasured on " + day + " with Qt " + qVersion() + " and GCC " + __VERSION__ + ", on "
         + std::to_string(std::thread::hardware_concurrency()) + " cores of " + processor() + ".\n\n"
         + "| row | unit | ours | peer | ratio | budget | floor |\n|---|---|---|---|---|---|---|\n";
     for (const Result &result : results) {
@@ -61,7 +61,7 @@ std::string pageTable(const std::vector<Result> &results)
             + numberText(result.peer) + " | " + (result.isOverBudget() ? "**" + ratio + "**" : ratio) + " | "
             + numberText(result.row.budget) + " | " + floorText(result) + " |\n";
     }
-    return text;
+    return text + "\n";
 }
 
 } // namespace
@@ -111,7 +111,7 @@ bool writePage(const std::vector<Result> &results, const std::string &path)
         std::fprintf(stderr, "%s has no place for the table\n", path.c_str());
         return false;
     }
-    text.replace(first + begin.size(), last - first - begin.size(), "\n" + pageTable(results) + "\n");
+    text.replace(first + begin.size(), last - first - begin.size(), pageTable(results));
     std::ofstream out(path);
     out << text;
     return out.good();
