@@ -4,6 +4,7 @@
 #include <KXFoundation/CustomComponent/SliderGeometry.h>
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
@@ -39,6 +40,7 @@ PNProgressSlider::PNProgressSlider(const QRectF &frame, QWidget *parent)
     : kx::View(parent)
     , m_mainColor(kx::Color::rgba(231.0 / 255.0, 60.0 / 255.0, 49.0 / 255.0, 1.0))
     , m_bgColor(kx::Color::white(1.0, 0.45))
+    , m_keyboardFocus(std::make_unique<kx::KeyboardFocus>())
 {
     setFrame(frame);
     setFocusPolicy(Qt::TabFocus);
@@ -220,6 +222,11 @@ QString PNProgressSlider::valueText() const
     return m_valueFormatter ? m_valueFormatter(currentValue()) : QString::number(currentValue());
 }
 
+bool PNProgressSlider::event(QEvent *event)
+{
+    return m_keyboardFocus->refuses(*this, *event) || kx::View::event(event);
+}
+
 void PNProgressSlider::drawRect(QPainter &painter, const QRectF &)
 {
     const SliderGeometry geometry(bounds().size(), m_useVertical);
@@ -240,6 +247,8 @@ void PNProgressSlider::drawRect(QPainter &painter, const QRectF &)
         image.draw(painter, widgetRect(m_knobRect));
     if (isSegment())
         drawMarks(painter);
+    if (m_keyboardFocus->isShown(*this))
+        kx::drawFocusRing(painter, palette(), QRectF(rect()));
 }
 
 void PNProgressSlider::drawMarks(QPainter &painter) const

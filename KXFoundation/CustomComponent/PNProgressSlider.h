@@ -8,6 +8,11 @@
 #include <KXFoundation/Platform/UI/View.h>
 
 #include <functional>
+#include <memory>
+
+namespace kx {
+class KeyboardFocus;
+}
 
 /// A slider, horizontal or vertical: a thin track, filled up to a knob that the user drags. With segments, the value is
 /// the nearest of their ends, which are marked.
@@ -121,6 +126,7 @@ Q_SIGNALS:
     void indicatorDragged(bool finished, double value);
 
 protected:
+    bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
 
 private:
@@ -152,4 +158,5 @@ private:
     kx::TrackingAreaRef m_trackingArea;
     DragHandler m_draggedIndicatorHandler;
     std::function<QString(double)> m_valueFormatter;
+    std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
 };

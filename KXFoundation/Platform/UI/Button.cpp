@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/Button.h>
 
 #include <KXFoundation/Platform/UI/ButtonContent.h>
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/MutableAttributedString.h>
 
 #include <QtCore/QEvent>
@@ -18,6 +19,7 @@ Button::Button(QWidget *parent)
     , m_font(QAbstractButton::font())
     , m_fontSize(m_font.pointSize())
     , m_content(std::make_unique<ButtonContent>())
+    , m_keyboardFocus(std::make_unique<KeyboardFocus>())
 {
     setFocusPolicy(Qt::TabFocus);
     // The first to hear of a click, whatever brings it about.
@@ -112,11 +114,25 @@ void Button::drawRect(QPainter &painter, const QRectF &)
     content().draw(painter, QRectF(rect()));
 }
 
+void Button::drawFocusRing(QPainter &painter)
+{
+    kx::drawFocusRing(painter, palette(), QRectF(rect()));
+}
+
 void Button::enabledChanged() { }
+
+bool Button::event(QEvent *event)
+{
+    return m_keyboardFocus->refuses(*this, *event) || ViewOn<QAbstractButton>::event(event);
+}
 
 void Button::paintEvent(QPaintEvent *event)
 {
     paint(*event);
+    if (!m_keyboardFocus->isShown(*this))
+        return;
+    QPainter painter(this);
+    drawFocusRing(painter);
 }
 
 void Button::changeEvent(QEvent *event)

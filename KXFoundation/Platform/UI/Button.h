@@ -16,13 +16,14 @@
 namespace kx {
 
 class ButtonContent;
+class KeyboardFocus;
 
 /// A button without a border of its own: an image, scaled down to fit but never up, beside its title. What is absent
 /// takes no room. It has an "off" and an "on" state; the "on" state may bring an image and a title of its own.
 ///
 /// A press performs the action: the target's method of that name is called with the button, and clicked() is emitted,
-/// by mouse, keyboard, click() or assistive technology alike. The keyboard reaches the button by Tab; a click does not
-/// take the focus away from where it is. A disabled button looks the same.
+/// by mouse, keyboard, click() or assistive technology alike. The keyboard reaches the button by Tab and shows that by
+/// a ring; neither a click nor a window that becomes active takes the focus to it. A disabled button looks the same.
 class KX_UI_EXPORT Button : public ViewOn<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
@@ -88,9 +89,12 @@ protected:
     void performAction() { Q_EMIT clicked(); }
 
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    /// Draws the ring of a button that has the focus by the keyboard, above all else and never translucent.
+    virtual void drawFocusRing(QPainter &painter);
     /// Called when the button was enabled or disabled, itself or with its parent.
     virtual void enabledChanged();
 
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -119,6 +123,7 @@ private:
     QByteArray m_action;
     std::unique_ptr<ButtonContent> m_content; // what the state shows
     mutable bool m_contentIsStale = true;
+    std::unique_ptr<KeyboardFocus> m_keyboardFocus;
 };
 
 } // namespace kx

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/StandardWindowButton.h>
 
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/StandardWindowButtonGroup.h>
 #include <KXFoundation/Platform/UI/WindowButtonFace.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
-
-#include <QtGui/QFocusEvent>
 
 namespace kx {
 
@@ -64,23 +63,6 @@ bool StandardWindowButton::event(QEvent *event)
     return Button::event(event);
 }
 
-// Qt gives the first widget that Tab reaches the focus when a window becomes active.
-void StandardWindowButton::focusInEvent(QFocusEvent *event)
-{
-    Button::focusInEvent(event);
-    if (event->reason() != Qt::ActiveWindowFocusReason)
-        m_reached = true;
-    else if (!m_reached)
-        clearFocus();
-}
-
-void StandardWindowButton::focusOutEvent(QFocusEvent *event)
-{
-    Button::focusOutEvent(event);
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
-        m_reached = false;
-}
-
 void StandardWindowButton::drawRect(QPainter &painter, const QRectF &)
 {
     const bool hovered = isMouseInGroup();
@@ -90,9 +72,16 @@ void StandardWindowButton::drawRect(QPainter &painter, const QRectF &)
             .coloured = isEnabled() && (hovered || isActiveWindow()),
             .symbol = isEnabled() && hovered,
             .pressed = isDown(),
-            .focused = hasFocus(),
             .fullScreen = window()->isFullScreen(),
         });
+}
+
+void StandardWindowButton::drawFocusRing(QPainter &painter)
+{
+    const QRectF area = widgetRect(bounds());
+    constexpr double radius = 7;
+    const QPointF reach(radius, radius);
+    kx::drawFocusRing(painter, palette(), {area.center() - reach, area.center() + reach}, radius);
 }
 
 std::unique_ptr<StandardWindowButton> standardWindowButton(WindowButton kind, WindowStyleMask forStyleMask)
