@@ -168,6 +168,12 @@ void PNButton::mouseUp(kx::Event *)
     updateImage();
 }
 
+void PNButton::pressCancelled()
+{
+    if (std::exchange(m_mouseDown, false))
+        updateImage();
+}
+
 void PNButton::rightMouseDown(kx::Event *) { }
 
 void PNButton::mouseEntered(kx::Event *)

@@ -88,6 +88,7 @@ public:
     [[nodiscard]] kx::ViewInterface *hitTest(const QPointF &point) override;
     void mouseDown(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void rightMouseDown(kx::Event *event) override;
     void mouseEntered(kx::Event *event) override;
     void mouseExited(kx::Event *event) override;

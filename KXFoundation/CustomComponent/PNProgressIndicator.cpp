@@ -277,6 +277,12 @@ void PNProgressIndicator::mouseUp(kx::Event *)
     reportDrag();
 }
 
+void PNProgressIndicator::pressCancelled()
+{
+    if (std::exchange(m_isMouseDown, false))
+        setNeedsDisplay();
+}
+
 void PNProgressIndicator::keyDown(kx::Event *event)
 {
     const std::optional<double> value =

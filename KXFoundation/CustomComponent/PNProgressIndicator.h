@@ -160,6 +160,7 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void keyDown(kx::Event *event) override;
     void updateTrackingAreas() override;
 

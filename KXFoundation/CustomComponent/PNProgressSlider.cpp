@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -174,6 +175,12 @@ void PNProgressSlider::cursorUpdate(kx::Event *)
 {
     if (!kx::ignoresMouseEvents(shownWindow()))
         kx::Cursor::set(Qt::PointingHandCursor);
+}
+
+void PNProgressSlider::pressCancelled()
+{
+    if (std::exchange(m_isMouseDown, false))
+        setNeedsDisplay();
 }
 
 void PNProgressSlider::keyDown(kx::Event *event)

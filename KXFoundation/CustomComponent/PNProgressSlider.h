@@ -108,6 +108,7 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void cursorUpdate(kx::Event *event) override;
     void keyDown(kx::Event *event) override;
     /// Deliberate: every call but the first leaves the slider without a tracking area.

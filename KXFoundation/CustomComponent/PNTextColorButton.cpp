@@ -255,6 +255,12 @@ void PNTextColorButton::mouseUp(kx::Event *)
         m_mouseDown = false;
 }
 
+void PNTextColorButton::pressCancelled()
+{
+    if (std::exchange(m_mouseDown, false))
+        updateCoclor();
+}
+
 void PNTextColorButton::mouseEntered(kx::Event *)
 {
     if (isUnderForeignModalWindow())

@@ -121,6 +121,7 @@ public:
 
     void mouseDown(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void mouseEntered(kx::Event *event) override;
     void mouseExited(kx::Event *event) override;
     void mouseMoved(kx::Event *event) override;

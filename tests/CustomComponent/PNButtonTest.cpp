@@ -3,9 +3,11 @@
 
 #include <KXFoundation/Category/ImageKXTools.h>
 #include <KXFoundation/Platform/UI/Cursor.h>
+#include <KXFoundation/UIBase/Window/PNBaseWindow.h>
 
 #include <Support/Pointer.h>
 
+#include <QtCore/QTimer>
 #include <QtGui/QAccessible>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -53,6 +55,8 @@ private Q_SLOTS:
     void performsItsActionWhereverTheReleaseIs();
     void performsItsActionEvenIfDisabledMeanwhile();
     void performsItsActionBeforeItLooksReleased();
+    void looksReleasedWhenItsPressComesToNothing();
+    void looksReleasedWhenItsWindowCutsADragShort();
     void doesNothingForAReleaseWithoutAPress();
     void swallowsRightClicks();
     void isNotHitWithoutInteraction();
@@ -340,11 +344,69 @@ void PNButtonTest::performsItsActionBeforeItLooksReleased()
 {
     m_button->setPressedImage(m_pressed);
     kx::Image inTheAction;
-    connect(m_button, &QAbstractButton::clicked, this, [&] { inTheAction = m_button->image(); });
+    QDialog dialog;
+    dialog.setModal(true);
+    connect(m_button, &QAbstractButton::clicked, this, [&] {
+        dialog.show();
+        inTheAction = m_button->image();
+    });
     m_button->mouseDown(nullptr);
     m_button->mouseUp(nullptr);
     QVERIFY(inTheAction == m_pressed);
     QVERIFY(m_button->image() == m_normal);
+}
+
+void PNButtonTest::looksReleasedWhenItsPressComesToNothing()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setPressedImage(m_pressed);
+    Pointer pointer(*m_button);
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QVERIFY(m_button->image() == m_pressed);
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(m_button->image() != m_pressed);
+    pointer.release();
+    m_button->mouseUp(nullptr); // there is no press any more
+    QCOMPARE(clicked.count(), 0);
+    dialog.hide();
+    pointer.click({20, 20});
+    QCOMPARE(clicked.count(), 1);
+}
+
+void PNButtonTest::looksReleasedWhenItsWindowCutsADragShort()
+{
+    class Counted : public PNButton {
+    public:
+        using PNButton::PNButton;
+        int presses = 0;
+        void mouseDown(kx::Event *event) override
+        {
+            PNButton::mouseDown(event);
+            presses += image() == pressedImage();
+        }
+    };
+    PNBaseWindow window(QRectF(100, 100, 200, 100), kx::WindowStyle::Borderless);
+    window.setIgnoreDragRect(false);
+    window.updateMoveIncludeRect({QRectF(0, 0, 200, 100)});
+    window.setCentralWidget(new QWidget);
+    auto *button = new Counted(window.centralWidget());
+    button->setGeometry(100, 40, 90, 50);
+    button->setNormalImage(m_normal);
+    button->setPressedImage(m_pressed);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QSignalSpy clicked(button, &QAbstractButton::clicked);
+    Pointer pointer(*button);
+    pointer.moveTo({20, 20});
+    QTimer::singleShot(0, &window, [&] { pointer.moveWithButtons({1, 1}, Qt::NoButton); });
+    pointer.press();
+    QCOMPARE(button->presses, 1);
+    QVERIFY(button->image() != m_pressed);
+    pointer.release();
+    QCOMPARE(clicked.count(), 0);
 }
 
 void PNButtonTest::doesNothingForAReleaseWithoutAPress()

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void showsTheHoverLookAfterARelease();
     void performsItsActionWhereverTheReleaseIs();
     void performsItsActionOnceItShowsTheRelease();
+    void looksReleasedWhenItsPressComesToNothing();
     void isNotPressedWhileDisabled();
     void tracksOnlyWhileEnabledAndAble();
     void reportsHovers();
@@ -390,6 +391,27 @@ void PNTextColorButtonTest::performsItsActionOnceItShowsTheRelease()
     m_button->mouseDown(nullptr);
     m_button->mouseUp(nullptr);
     QCOMPARE(inTheAction, (QList<QColor>{hoverRed, Qt::green}));
+}
+
+void PNTextColorButtonTest::looksReleasedWhenItsPressComesToNothing()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setHighLightTextColor(Qt::cyan);
+    m_button->setHighLightBackgroundColor(Qt::darkBlue);
+    m_button->setHoverBackgroundColor(Qt::green);
+    Pointer pointer(*m_button);
+    pointer.moveTo({150, 20});
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QCOMPARE(background(), QColor(Qt::darkBlue));
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QCOMPARE(titleColor(), hoverRed); // that hover has not ended
+    QCOMPARE(background(), QColor(Qt::green));
+    pointer.release();
+    m_button->mouseUp(nullptr); // there is no press any more
+    QCOMPARE(clicked.count(), 0);
 }
 
 void PNTextColorButtonTest::isNotPressedWhileDisabled()

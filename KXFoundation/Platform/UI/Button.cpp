@@ -108,6 +108,11 @@ QSize Button::minimumSizeHint() const
     return {0, 0};
 }
 
+void Button::pressCancelled()
+{
+    setDown(false);
+}
+
 void Button::drawRect(QPainter &painter, const QRectF &)
 {
     painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText)); // a disabled button looks the same

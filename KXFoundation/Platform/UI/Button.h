@@ -80,6 +80,8 @@ public:
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
+    void pressCancelled() override;
+
 Q_SIGNALS:
     void titleChanged();
     void stateChanged(int state);

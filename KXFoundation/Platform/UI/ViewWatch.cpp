@@ -122,8 +122,12 @@ void ViewWatch::widgetEvent(QWidget &widget, const QEvent &event)
     switch (event.type()) {
     case QEvent::Move:
     case QEvent::Resize:
-    case QEvent::Hide:
     case QEvent::ZOrderChange: m_tracker.views().invalidate(); break;
+    case QEvent::Hide:
+        m_tracker.views().invalidate();
+        if (&widget == m_pressed && widget.isHidden()) // not with its parent: then it still gets the release
+            losePress();
+        break;
     case QEvent::Show:
         m_tracker.views().invalidate();
         settleWindows(widget, false); // what is visible below it has had an event of its own
@@ -179,6 +183,10 @@ bool ViewWatch::Tap::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Enter:
     case QEvent::Leave: return m_watch.deliver(static_cast<QWindow &>(*watched), *event);
     case QEvent::Expose: m_watch.postUpdate(); return false;
+    case QEvent::WindowBlocked:
+        if (m_watch.m_pressed && m_watch.m_pressed->window()->windowHandle() == watched)
+            m_watch.losePress();
+        return false;
     default: return false;
     }
 }
@@ -231,6 +239,12 @@ void ViewWatch::postUpdate()
         return;
     // Behind the requests of layouts, also those that are still to come: views get the place they stay in first.
     QCoreApplication::postEvent(this, new QEvent(updateRequest), Qt::LowEventPriority);
+}
+
+void ViewWatch::losePress()
+{
+    QEvent ungrab(QEvent::UngrabMouse);
+    QCoreApplication::sendEvent(std::exchange(m_pressed, nullptr), &ungrab);
 }
 
 bool ViewWatch::event(QEvent *event)

@@ -29,6 +29,10 @@ public:
 
     [[nodiscard]] PointerTracker &tracker() { return m_tracker; }
 
+    /// The view that has had a left press and no release yet; null for none. When Qt forgets it, so that none will
+    /// come, it hears QEvent::UngrabMouse.
+    void setPressed(QWidget *view) { m_pressed = view; }
+
     /// Has the view's updateTrackingAreas() called before the next event of the pointer, however often this was asked
     /// by then. For a view that has entered a window, not later than when that is on the screen and the events at hand
     /// are handled.
@@ -63,11 +67,13 @@ private:
     bool deliver(QWindow &window, QEvent &event);
     void updateTrackingAreas(bool onlyEntered);
     void postUpdate();
+    void losePress();
 
     Tap m_tap;
     PointerTracker m_tracker;
     HitTesting m_hitTesting;
     QList<Due> m_due;
+    QPointer<QWidget> m_pressed;
     bool m_updatePosted = false;
 };
 

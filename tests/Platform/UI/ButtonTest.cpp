@@ -7,6 +7,7 @@
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QDialog>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void holdsItsTargetWeakly();
     void mayBeDeletedByItsAction();
     void isDisabled();
+    void isNotDownAnyMoreWhenItsPressComesToNothing();
     void showsTheImageOfItsState();
     void scalesItsImageDownAndNeverUp();
     void showsItsImageOnWholePixels_data();
@@ -152,6 +154,23 @@ void ButtonTest::isDisabled()
     m_button->click();
     QCOMPARE(m_target->played, 0);
     QCOMPARE(m_button->grab().toImage(), before); // no other look
+}
+
+void ButtonTest::isNotDownAnyMoreWhenItsPressComesToNothing()
+{
+    Pointer pointer(*m_button);
+    pointer.moveTo({50, 20});
+    pointer.press();
+    QVERIFY(m_button->isDown());
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(!m_button->isDown());
+    pointer.release();
+    QCOMPARE(m_target->played, 0);
+    dialog.hide();
+    pointer.click({50, 20});
+    QCOMPARE(m_target->played, 1);
 }
 
 void ButtonTest::showsTheImageOfItsState()
