@@ -56,6 +56,7 @@ private Q_SLOTS:
     void hitsNothingWithoutInteraction();
     void nothingIsClickedWithoutAnEvent();
     void clicksCountInEveryDirection();
+    void runsThatShareAGlyphShareItsWidth();
     void emitsAfterTheHandler();
     void handlersMayReplaceTheRuns();
     void handlersMayReplaceTheHandlers();
@@ -375,6 +376,17 @@ void KXRichTextViewTest::clicksCountInEveryDirection()
     click(QPointF(advance(u"ab "_qs) + 3, 5));
     QVERIFY(m_clicked.isEmpty());
     click(QPointF(advance(u"ab "_qs) + advance(hebrew) - 3, 5));
+    QCOMPARE(m_clicked.size(), 1);
+}
+
+void KXRichTextViewTest::runsThatShareAGlyphShareItsWidth()
+{
+    // With the same attributes they are one text, and "ffi" is one glyph.
+    show({plainRun(u"f"_qs), linkRun(u"fi"_qs, m_clicked)});
+    const double third = m_shown->view->contentSizeRect().width() / 3;
+    click(QPointF(third - 1, 5));
+    QVERIFY(m_clicked.isEmpty());
+    click(QPointF(third + 1, 5));
     QCOMPARE(m_clicked.size(), 1);
 }
 

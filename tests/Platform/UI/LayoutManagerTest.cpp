@@ -4,6 +4,7 @@
 #include <QtGui/QFontMetricsF>
 #include <QtTest/QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <limits>
@@ -83,6 +84,8 @@ private Q_SLOTS:
     void placesCharactersThatRunRightToLeft();
     void givesEachPartOfMixedDirections();
     void partsALigature();
+    void partsGlyphsEvenly_data();
+    void partsGlyphsEvenly();
     void doesNotJoinLettersOfDifferentRuns();
     void keepsASurrogatePairTogether();
     void measuresTabs();
@@ -278,6 +281,47 @@ void LayoutManagerTest::partsALigature()
     LaidOutText text(u"fi"_qs);
     QVERIFY(isClose(text.rectOf(0, 1).width(), text.rectOf(1, 1).width()));
     QVERIFY(isClose(text.rectOf(0, 1).right(), text.rectOf(1, 1).left()));
+}
+
+void LayoutManagerTest::partsGlyphsEvenly_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("glyph"); // one for several characters
+    QTest::addColumn<QList<int>>("carets"); // the characters of it that can be meant
+    const QString family = QString::fromUtf8("👨‍👩‍👧");
+    QTest::newRow("two letters") << u"a"_qs << u"fi"_qs << QList<int>{0, 1};
+    QTest::newRow("three letters") << u"a"_qs << u"ffi"_qs << QList<int>{0, 1, 2};
+    QTest::newRow("first in the line") << u""_qs << u"ffl"_qs << QList<int>{0, 1, 2};
+    QTest::newRow("right to left") << QString::fromUtf8("ب") << QString::fromUtf8("لا") << QList<int>{0, 1};
+    QTest::newRow("surrogates") << u"a"_qs << QString::fromUtf8("😀") << QList<int>{0};
+    QTest::newRow("a mark") << u"a"_qs << QString::fromUtf8("e\u0301") << QList<int>{0};
+    QTest::newRow("two marks") << u"a"_qs << QString::fromUtf8("q\u0301\u0302") << QList<int>{0};
+    QTest::newRow("two marks, right to left") << QString::fromUtf8("ב") << QString::fromUtf8("שָׁ") << QList<int>{0};
+    QTest::newRow("joined pictures") << u"a"_qs << family << QList<int>{0};
+}
+
+void LayoutManagerTest::partsGlyphsEvenly()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, glyph);
+    QFETCH(QList<int>, carets);
+    const bool rightToLeft = glyph.isRightToLeft();
+    LaidOutText text(before + glyph + before);
+    const auto start = quint64(before.size());
+    const auto length = quint64(glyph.size());
+    const QRectF whole = text.rectOf(start, length);
+    const double each = whole.width() / double(length);
+    for (quint64 i = 0; i < length; ++i) {
+        const QRectF part = text.rectOf(start + i, 1);
+        QVERIFY(isClose(part.width(), each));
+        const double shift = each * double(i);
+        QVERIFY(isClose(part.left(), rightToLeft ? whole.right() - shift - each : whole.left() + shift));
+        QVERIFY(isClose(text.rectOf(0, start + i).width(), text.rectOf(0, start).width() + shift));
+        QVERIFY(isClose(text.rectOf(start + i, 2 * start + length).width(),
+            text.manager.usedRect().width() - text.rectOf(0, start).width() - shift));
+        const auto meant = std::find_if(carets.rbegin(), carets.rend(), [&](int caret) { return caret <= int(i); });
+        QCOMPARE(text.manager.characterIndexForPoint(part.center()), start + quint64(*meant));
+    }
 }
 
 void LayoutManagerTest::doesNotJoinLettersOfDifferentRuns()

@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/TextLayout/Finite.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace kx {
 
@@ -29,10 +30,22 @@ QList<QGlyphRun> runsIn(const QTextLine &line, const TextSpan &inLayout)
     return line.glyphRuns(int(inLayout.start), int(inLayout.length()));
 }
 
+qsizetype glyphCount(const QList<QGlyphRun> &runs)
+{
+    return std::accumulate(runs.begin(), runs.end(), qsizetype(0),
+        [](qsizetype count, const QGlyphRun &run) { return count + run.glyphIndexes().size(); });
+}
+
+void append(std::vector<TextExtent> &extents, const std::vector<TextExtent> &more)
+{
+    extents.insert(extents.end(), more.begin(), more.end());
+}
+
 } // namespace
 
-TextPiece::TextPiece(const TextSegment &segmentPart, const QTextLine &textLine)
+TextPiece::TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayout, const QTextLine &textLine)
     : segment(segmentPart)
+    , layout(&textLayout)
     , line(textLine)
     , baselineOffset(coordinate(segmentPart.attributes->baselineOffset.value_or(0)))
     , foreground(segmentPart.attributes->foregroundColor.toQColor())
@@ -54,6 +67,7 @@ TextPiece::TextPiece(const TextSegment &segmentPart, const QTextLine &textLine)
         descent = std::max(descent, -place.top() - baselineOffset);
     } else {
         glyphs = runs;
+        hasFewGlyphs = glyphCount(runs) < segment.characters.length();
     }
 }
 
@@ -64,13 +78,75 @@ bool TextPiece::covers(const TextSpan &characters) const
 
 QList<QGlyphRun> TextPiece::glyphRuns(const TextSpan &characters) const
 {
-    const qsizetype start = segment.inLayout.start + characters.start - segment.characters.start;
-    return runsIn(line, {start, start + characters.length()});
+    return runsIn(line, {layoutPosition(characters.start), layoutPosition(characters.end)});
+}
+
+qsizetype TextPiece::layoutPosition(qsizetype character) const
+{
+    return segment.inLayout.start + character - segment.characters.start;
+}
+
+// Whether it makes one cluster with the character before it: a grapheme, or a ligature.
+bool TextPiece::goesOn(qsizetype character) const
+{
+    if (character <= segment.characters.start || character >= segment.characters.end)
+        return false;
+    if (!startsGrapheme(character))
+        return true;
+    return hasFewGlyphs
+        && glyphCount(glyphRuns({character - 1, character + 1}))
+        < glyphCount(glyphRuns({character - 1, character})) + glyphCount(glyphRuns({character, character + 1}));
+}
+
+bool TextPiece::startsGrapheme(qsizetype character) const
+{
+    return layout->isValidCursorPosition(int(layoutPosition(character)));
+}
+
+TextSpan TextPiece::clusterAround(qsizetype character) const
+{
+    TextSpan cluster{character, character + 1};
+    while (goesOn(cluster.start))
+        --cluster.start;
+    while (goesOn(cluster.end))
+        ++cluster.end;
+    return cluster;
+}
+
+// Of a part of a cluster: its share of the width, as Qt answers rightly for no more than two characters.
+std::vector<TextExtent> TextPiece::extentsIn(const TextSpan &cluster, const TextSpan &part) const
+{
+    const QList<QGlyphRun> runs = glyphRuns(cluster);
+    std::vector<TextExtent> shares = extentsOfRuns(runs);
+    for (TextExtent &share : shares) {
+        const bool mirrored = runs.first().isRightToLeft();
+        const double each = (share.right - share.left) / double(cluster.length());
+        const qsizetype before = mirrored ? cluster.end - part.end : part.start - cluster.start;
+        share.left += each * double(before);
+        share.right = share.left + each * double(part.length());
+    }
+    return shares;
 }
 
 std::vector<TextExtent> TextPiece::extentsOf(const TextSpan &characters) const
 {
-    return covers(characters) ? extents : extentsOfRuns(glyphRuns(characters));
+    if (covers(characters))
+        return extents;
+    TextSpan whole = characters; // the clusters that are not parted
+    std::vector<TextExtent> result;
+    if (goesOn(whole.start)) {
+        const TextSpan cluster = clusterAround(whole.start);
+        const qsizetype end = std::min(cluster.end, whole.end);
+        append(result, extentsIn(cluster, {whole.start, end}));
+        whole.start = end;
+    }
+    if (whole.length() > 0 && goesOn(whole.end)) {
+        const TextSpan cluster = clusterAround(whole.end);
+        append(result, extentsIn(cluster, {cluster.start, whole.end}));
+        whole.end = cluster.start;
+    }
+    append(result, extentsOfRuns(glyphRuns(whole)));
+    return result;
 }
 
 QList<QGlyphRun> TextPiece::glyphsOf(const TextSpan &characters) const
@@ -85,10 +161,35 @@ qsizetype TextPiece::characterAt(double x, const TextExtent &extent) const
     // Just outside of the piece, Qt would answer with its neighbours.
     constexpr double inside = 1.0 / 32;
     const double left = extent.left + inside;
-    const qsizetype inLayout =
-        line.xToCursor(std::clamp(x, left, std::max(left, extent.right - inside)), QTextLine::CursorOnCharacter);
+    const double within = std::clamp(x, left, std::max(left, extent.right - inside));
+    const qsizetype inLayout = line.xToCursor(within, QTextLine::CursorOnCharacter);
     const qsizetype own = std::clamp(inLayout, segment.inLayout.start, segment.inLayout.end - 1);
-    return segment.characters.start + own - segment.inLayout.start;
+    const qsizetype character = segment.characters.start + own - segment.inLayout.start;
+    // For clusters it may be a neighbour of theirs.
+    for (const qsizetype near : {character, character - 1}) {
+        if (near < segment.characters.start)
+            continue;
+        const TextSpan cluster = clusterAround(near);
+        const std::vector<TextExtent> places = extentsOf(cluster);
+        if (std::any_of(places.begin(), places.end(),
+                [&](const TextExtent &place) { return place.left <= within && within < place.right; }))
+            return characterIn(cluster, within);
+    }
+    return character;
+}
+
+// The character of a cluster at x, of those that a caret can stand before.
+qsizetype TextPiece::characterIn(const TextSpan &cluster, double x) const
+{
+    qsizetype character = cluster.start;
+    for (qsizetype i = cluster.start + 1; i < cluster.end; ++i) {
+        const std::vector<TextExtent> own = extentsIn(cluster, {i, i + 1});
+        if (!startsGrapheme(i) || own.empty())
+            continue;
+        if (isRightToLeftAt(i) ? x < own.front().right : x >= own.front().left)
+            character = i;
+    }
+    return character;
 }
 
 bool TextPiece::isRightToLeftAt(qsizetype character) const

@@ -21,9 +21,10 @@ struct TextExtent {
 
 /// The part of a segment that lies in one line.
 struct TextPiece {
-    TextPiece(const TextSegment &segmentPart, const QTextLine &textLine);
+    TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayout, const QTextLine &textLine);
 
     TextSegment segment;
+    const QTextLayout *layout = nullptr;
     QTextLine line; // counts from the start of the layout's text
     QList<QGlyphRun> glyphs; // the baseline is at y = 0
     std::vector<TextExtent> extents; // one for each stretch in one direction; empty for characters without glyphs
@@ -43,8 +44,16 @@ struct TextPiece {
     [[nodiscard]] QRectF attachmentRect() const;
 
 private:
+    bool hasFewGlyphs = false; // fewer than characters, so that some may share one
+
     [[nodiscard]] bool covers(const TextSpan &characters) const;
+    [[nodiscard]] qsizetype layoutPosition(qsizetype character) const;
     [[nodiscard]] QList<QGlyphRun> glyphRuns(const TextSpan &characters) const;
+    [[nodiscard]] bool startsGrapheme(qsizetype character) const;
+    [[nodiscard]] bool goesOn(qsizetype character) const;
+    [[nodiscard]] TextSpan clusterAround(qsizetype character) const;
+    [[nodiscard]] std::vector<TextExtent> extentsIn(const TextSpan &cluster, const TextSpan &part) const;
+    [[nodiscard]] qsizetype characterIn(const TextSpan &cluster, double x) const;
 };
 
 /// One line of the text.
