@@ -69,8 +69,13 @@ public:
     [[nodiscard]] QString selectToolTips() const { return m_selectToolTips; }
     void setSelectToolTips(const QString &text);
 
+    /// A hover that is ignored does not take away a tool tip that is the button's name.
+    [[nodiscard]] QString spokenName() const override;
+
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
+    /// Whether it is selected, if that has a look of its own.
+    [[nodiscard]] std::optional<bool> checkedState() const override;
     /// False makes the button transparent to the mouse. True at first.
     [[nodiscard]] bool userInteraction() const { return m_userInteraction; }
     void setUserInteraction(bool interacts);

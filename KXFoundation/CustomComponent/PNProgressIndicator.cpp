@@ -285,8 +285,7 @@ void PNProgressIndicator::pressCancelled()
 
 void PNProgressIndicator::keyDown(kx::Event *event)
 {
-    const std::optional<double> value =
-        event && m_userInteraction && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
+    const std::optional<double> value = event && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
     if (value)
         setByUser(*value);
     else
@@ -316,7 +315,8 @@ kx::RangeState PNProgressIndicator::rangeState() const
         .minimum = m_minValue,
         .maximum = m_maxValue,
         .step = all / 100,
-        .pageStep = all / 10};
+        .pageStep = all / 10,
+        .isAdjustable = m_userInteraction};
 }
 
 void PNProgressIndicator::setByUser(double value)

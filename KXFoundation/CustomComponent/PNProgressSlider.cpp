@@ -185,8 +185,7 @@ void PNProgressSlider::pressCancelled()
 
 void PNProgressSlider::keyDown(kx::Event *event)
 {
-    const std::optional<double> value =
-        event && m_userInteraction && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
+    const std::optional<double> value = event && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
     if (value)
         setByUser(*value);
     else
@@ -211,7 +210,8 @@ kx::RangeState PNProgressSlider::rangeState() const
         .minimum = m_minValue,
         .maximum = m_maxValue,
         .step = isSegment() ? segment : range() / 100,
-        .pageStep = isSegment() ? segment : range() / 10};
+        .pageStep = isSegment() ? segment : range() / 10,
+        .isAdjustable = m_userInteraction};
 }
 
 void PNProgressSlider::setByUser(double value)

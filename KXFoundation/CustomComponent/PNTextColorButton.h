@@ -89,6 +89,8 @@ public:
     void setCornerRadius(double radius);
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
+    /// Whether it is selected, if that has a look of its own.
+    [[nodiscard]] std::optional<bool> checkedState() const override;
 
     /// Also renders the title of the new state.
     void setState(int state) override;

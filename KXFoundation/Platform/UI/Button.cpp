@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/Button.h>
 
+#include <KXFoundation/Platform/UI/AccessibleButton.h>
 #include <KXFoundation/Platform/UI/ButtonContent.h>
 #include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/MutableAttributedString.h>
@@ -12,6 +13,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace kx {
 
 Button::Button(QWidget *parent)
@@ -22,6 +25,7 @@ Button::Button(QWidget *parent)
     , m_keyboardFocus(std::make_unique<KeyboardFocus>())
 {
     setFocusPolicy(Qt::TabFocus);
+    AccessibleButton::install();
     // The first to hear of a click, whatever brings it about.
     connect(this, &QAbstractButton::clicked, this, &Button::sendAction);
 }
@@ -41,7 +45,7 @@ void Button::setAlternateTitle(const QString &title)
 void Button::setAttributedTitle(const AttributedString &title)
 {
     m_title = title;
-    setText(title.string()); // what assistive technology reads
+    setText(title.string().replace(u'&', u"&&"_s)); // no mnemonics
     contentChanged();
     Q_EMIT titleChanged();
 }
@@ -75,6 +79,9 @@ void Button::setState(int state)
         return;
     m_state = state;
     contentChanged();
+    checkedStateWasChanged();
+    if (m_alternateTitle.length() > 0)
+        AccessibleButton::nameWasChanged(*this);
     Q_EMIT stateChanged(state);
 }
 
@@ -96,6 +103,30 @@ void Button::setLineBreakMode(LineBreakMode mode)
 {
     m_lineBreakMode = mode;
     contentChanged();
+}
+
+bool Button::showsAlternateTitle() const
+{
+    return m_state == 1 && m_alternateTitle.length() > 0;
+}
+
+QString Button::spokenName() const
+{
+    const QString title = showsAlternateTitle() ? alternateTitle() : this->title();
+    return title.isEmpty() ? toolTip() : title;
+}
+
+std::optional<bool> Button::checkedState() const
+{
+    if (isCheckable())
+        return isChecked();
+    const bool hasTwoLooks = m_state == 1 || m_alternateImage || m_alternateTitle.length() > 0;
+    return hasTwoLooks ? std::optional(m_state == 1) : std::nullopt;
+}
+
+void Button::checkedStateWasChanged()
+{
+    AccessibleButton::stateWasChanged(*this);
 }
 
 QSizeF Button::intrinsicContentSize() const
@@ -128,6 +159,8 @@ void Button::enabledChanged() { }
 
 bool Button::event(QEvent *event)
 {
+    if (event->type() == QEvent::ToolTipChange)
+        AccessibleButton::nameWasChanged(*this);
     return m_keyboardFocus->refuses(*this, *event) || ViewOn<QAbstractButton>::event(event);
 }
 
@@ -164,7 +197,7 @@ ButtonContent &Button::content() const
     if (!m_font)
         font = Font(font).withSize(m_fontSize).toQFont();
     m_content->setDefaultFont(font);
-    MutableAttributedString title(isOn && m_alternateTitle.length() > 0 ? m_alternateTitle : m_title);
+    MutableAttributedString title(showsAlternateTitle() ? m_alternateTitle : m_title);
     title.changeAttributes({0, title.length()}, [this](TextAttributes &attributes) {
         if (!attributes.paragraphStyle)
             attributes.paragraphStyle = ParagraphStyle{m_alignment, m_lineBreakMode};

@@ -12,6 +12,7 @@
 #include <QtWidgets/QAbstractButton>
 
 #include <memory>
+#include <optional>
 
 namespace kx {
 
@@ -76,6 +77,14 @@ public:
     [[nodiscard]] QByteArray action() const { return m_action; }
     void setAction(const QByteArray &action) { m_action = action; }
 
+    // What assistive technology reads.
+
+    /// The name of a button that has no accessibleName(): the title that it shows, else its tool tip.
+    [[nodiscard]] virtual QString spokenName() const;
+    /// Whether the button is checked; absent for one that only performs its action. Here: whether it is in the "on"
+    /// state, if that has a look of its own.
+    [[nodiscard]] virtual std::optional<bool> checkedState() const;
+
     /// That of the image at its own size beside the title.
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -89,6 +98,8 @@ Q_SIGNALS:
 protected:
     /// Performs the action and emits clicked(), as a click does. The button may be gone afterwards.
     void performAction() { Q_EMIT clicked(); }
+    /// Tells assistive technology that checkedState() changed.
+    void checkedStateWasChanged();
 
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
     /// Draws the ring of a button that has the focus by the keyboard, above all else and never translucent.
@@ -108,6 +119,7 @@ private:
     [[nodiscard]] QIcon alternateImageIcon() const { return iconFromImage(m_alternateImage); }
     void setAlternateImageIcon(const QIcon &icon) { setAlternateImage(imageFromIcon(icon)); }
 
+    [[nodiscard]] bool showsAlternateTitle() const;
     void contentChanged();
     void sendAction();
     [[nodiscard]] ButtonContent &content() const;

@@ -13,18 +13,9 @@ StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask st
     , m_kind(kind)
 {
     switch (kind) {
-    case WindowButton::Close:
-        setAccessibleName(tr("Close"));
-        setEnabled(styleMask.testFlag(WindowStyle::Closable));
-        break;
-    case WindowButton::Miniaturize:
-        setAccessibleName(tr("Minimize"));
-        setEnabled(styleMask.testFlag(WindowStyle::Miniaturizable));
-        break;
-    case WindowButton::Zoom:
-        setAccessibleName(tr("Full screen"));
-        setEnabled(styleMask.testFlag(WindowStyle::Resizable));
-        break;
+    case WindowButton::Close: setEnabled(styleMask.testFlag(WindowStyle::Closable)); break;
+    case WindowButton::Miniaturize: setEnabled(styleMask.testFlag(WindowStyle::Miniaturizable)); break;
+    case WindowButton::Zoom: setEnabled(styleMask.testFlag(WindowStyle::Resizable)); break;
     }
     setAttribute(Qt::WA_Hover); // repainted when the pointer comes and goes
     resize(sizeHint());
@@ -32,6 +23,16 @@ StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask st
 }
 
 StandardWindowButton::~StandardWindowButton() = default;
+
+QString StandardWindowButton::spokenName() const
+{
+    switch (m_kind) {
+    case WindowButton::Close: return tr("Close");
+    case WindowButton::Miniaturize: return tr("Minimize");
+    case WindowButton::Zoom: break;
+    }
+    return window()->isFullScreen() ? tr("Exit full screen") : tr("Full screen");
+}
 
 QSizeF StandardWindowButton::intrinsicContentSize() const
 {

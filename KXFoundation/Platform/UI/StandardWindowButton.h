@@ -29,6 +29,8 @@ public:
 
     [[nodiscard]] WindowButton kind() const { return m_kind; }
 
+    /// What it does to its window.
+    [[nodiscard]] QString spokenName() const override;
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
 
 protected:
