@@ -5,6 +5,7 @@
 
 #include <Support/LoggingWindow.h>
 #include <Support/Pointer.h>
+#include <Support/TestImages.h>
 
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
@@ -12,6 +13,8 @@
 #include <QtWidgets/QDialog>
 
 using namespace Qt::StringLiterals;
+
+using kx::test::colorAt;
 
 class KXImageViewTest : public QObject {
     Q_OBJECT
@@ -74,10 +77,10 @@ void KXImageViewTest::showsItsImageScaledDown()
     m_view->setImage(image);
     QCOMPARE(m_view->intrinsicContentSize(), QSizeF(120, 40));
     const QImage shown = m_view->grab().toImage(); // 60 x 20 in the middle
-    QCOMPARE(shown.pixelColor(1, 20), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(58, 11), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(30, 8) != QColor(Qt::red));
-    QVERIFY(shown.pixelColor(30, 31) != QColor(Qt::red));
+    QCOMPARE(colorAt(shown, 1.5, 20.5), QColor(Qt::red));
+    QCOMPARE(colorAt(shown, 58.5, 11.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 30.5, 8.5) != QColor(Qt::red));
+    QVERIFY(colorAt(shown, 30.5, 31.5) != QColor(Qt::red));
 }
 
 void KXImageViewTest::showsItsImageOnWholePixels()
@@ -88,10 +91,11 @@ void KXImageViewTest::showsItsImageOnWholePixels()
         return true;
     }));
     const QImage shown = m_view->grab().toImage();
-    QCOMPARE(shown.pixelColor(20, 15), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(40, 25), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(19, 20) != QColor(Qt::red));
-    QVERIFY(shown.pixelColor(41, 20) != QColor(Qt::red));
+    const double ratio = shown.devicePixelRatio();
+    QCOMPARE(kx::test::countPixels(shown, Qt::red), static_cast<int>(21 * ratio) * static_cast<int>(11 * ratio));
+    QCOMPARE(colorAt(shown, 20.5, 15.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 19, 20.5) != QColor(Qt::red));
+    QVERIFY(colorAt(shown, 41.5, 20.5) != QColor(Qt::red));
 }
 
 void KXImageViewTest::clicksAtThePress()

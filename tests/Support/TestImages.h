@@ -40,6 +40,24 @@ inline QImage blankImage(int width, int height, double ratio = 1)
     return plainImage(QSize(width, height) * ratio, Qt::transparent, ratio);
 }
 
+/// The colour at a point that counts in points, like the image's device pixel ratio.
+inline QColor colorAt(const QImage &image, double x, double y)
+{
+    const double ratio = image.devicePixelRatio();
+    return image.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
+}
+
+/// How many pixels have exactly this colour.
+inline int countPixels(const QImage &image, const QColor &color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return count;
+}
+
 /// Rectangles in which there is nothing to draw, in a picture of a few points at least.
 inline QList<std::pair<const char *, QRectF>> hostileRects()
 {

@@ -693,6 +693,7 @@ void PNBaseViewTest::hasPropertiesForForms()
     QSignalSpy interaction(m_view, &PNBaseView::userInteractionChanged);
     QSignalSpy tracking(m_view, &PNBaseView::needTrackingChanged);
     QSignalSpy name(m_view, &PNBaseView::nameChanged);
+    QSignalSpy inset(m_view, &PNBaseView::insetChanged);
     QVERIFY(m_view->setProperty("backgroundColor", QColor(1, 2, 3)));
     QCOMPARE(m_view->backgroundColor().toQColor(), QColor(1, 2, 3));
     QCOMPARE(m_view->property("backgroundColor").value<QColor>(), QColor(1, 2, 3));
@@ -709,6 +710,13 @@ void PNBaseViewTest::hasPropertiesForForms()
     QCOMPARE(interaction.takeFirst(), QVariantList{false});
     QCOMPARE(tracking.takeFirst(), QVariantList{true});
     QCOMPARE(name.count(), 1);
+    const QMarginsF margins(1, 2, 3, 4);
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(m_view->setProperty("inset", QVariant::fromValue(margins)));
+    QCOMPARE(m_view->inset(), margins);
+    QCOMPARE(m_view->property("inset").value<QMarginsF>(), margins);
+    QCOMPARE(inset.count(), 1);
+    QCOMPARE(inset.first().first().value<QMarginsF>(), margins);
     m_view->setName(QString());
     QVERIFY(m_view->name().isNull());
 }
