@@ -77,6 +77,7 @@ private Q_SLOTS:
     void everyLineStartsAtTheLeft_data();
     void everyLineStartsAtTheLeft();
     void aLineIsAsHighAsItsTallestFont();
+    void marksDoNotRaiseTheLine();
     void anEmptyLineHasTheFontOfItsEnd();
     void neighboursMeet_data();
     void neighboursMeet();
@@ -203,6 +204,12 @@ void LayoutManagerTest::aLineIsAsHighAsItsTallestFont()
     QCOMPARE(text.rectOf(0, 1).height(), lineHeight(40));
     QCOMPARE(text.rectOf(10, 1), QRectF(0, lineHeight(40), text.rectOf(10, 1).width(), lineHeight()));
     QVERIFY(isClose(text.rectOf(5, 4).width(), advance(u"tall"_qs, LaidOutText::font(40))));
+}
+
+void LayoutManagerTest::marksDoNotRaiseTheLine()
+{
+    for (const char *marked : {"q\u0301", "q\u0301\u0302", "q\u0323", "שָׁ"})
+        QCOMPARE(LaidOutText(QString::fromUtf8(marked)).manager.usedRect().height(), lineHeight());
 }
 
 void LayoutManagerTest::anEmptyLineHasTheFontOfItsEnd()

@@ -3,6 +3,8 @@
 
 #include <KXFoundation/Platform/UI/TextLayout/Finite.h>
 
+#include <QtGui/QRawFont>
+
 #include <algorithm>
 #include <numeric>
 
@@ -53,9 +55,10 @@ TextPiece::TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayo
 {
     const QList<QGlyphRun> runs = runsIn(line, segment.inLayout);
     extents = extentsOfRuns(runs);
-    for (const QGlyphRun &run : runs) {
-        ascent = std::max(ascent, baselineOffset - run.boundingRect().top());
-        descent = std::max(descent, run.boundingRect().bottom() - baselineOffset);
+    for (const QGlyphRun &run : runs) { // its rectangle would reach up to marks above other marks
+        const QRawFont font = run.rawFont();
+        ascent = std::max(ascent, baselineOffset + font.ascent());
+        descent = std::max(descent, font.descent() - baselineOffset);
     }
     if (segment.kind == Kind::Tab) {
         const auto [left, right] =
