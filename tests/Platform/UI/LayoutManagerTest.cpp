@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "LaidOutText.h"
 
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QFontMetricsF>
 #include <QtTest/QTest>
 
@@ -87,6 +89,8 @@ private Q_SLOTS:
     void partsALigature();
     void partsGlyphsEvenly_data();
     void partsGlyphsEvenly();
+    void charactersFillTheirLine_data();
+    void charactersFillTheirLine();
     void doesNotJoinLettersOfDifferentRuns();
     void keepsASurrogatePairTogether();
     void measuresTabs();
@@ -329,6 +333,51 @@ void LayoutManagerTest::partsGlyphsEvenly()
         const auto meant = std::find_if(carets.rbegin(), carets.rend(), [&](int caret) { return caret <= int(i); });
         QCOMPARE(text.manager.characterIndexForPoint(part.center()), start + quint64(*meant));
     }
+}
+
+void LayoutManagerTest::charactersFillTheirLine_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 100; ++seed)
+        QTest::addRow("%u", seed) << seed;
+}
+
+// Whatever is mixed: they lie side by side, without gaps and overlaps, and each is found where it is.
+void LayoutManagerTest::charactersFillTheirLine()
+{
+    QFETCH(quint32, seed);
+    static const char *const samples[] = {"a", "ffi", "fl", "W", " ", "1", "-", "(", "שלום", "שָׁ", "بلا", "ع", "😀",
+        "👨‍👩‍👧", "q\u0301\u0302", "❤️", "\u200F"};
+    QRandomGenerator random(seed);
+    MutableAttributedString string;
+    for (int i = 0; i < 12; ++i) {
+        const QString sample = QString::fromUtf8(samples[random.bounded(int(std::size(samples)))]);
+        string.appendAttributedString(AttributedString(
+            sample, {.foregroundColor = random.bounded(3) == 0 ? kx::Color(QColor(Qt::red)) : kx::Color()}));
+    }
+    LaidOutText text(string);
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, string.string());
+    QList<QRectF> places;
+    quint64 meant = 0; // the start of the grapheme
+    for (quint64 i = 0; i < string.length(); ++i) {
+        const QList<QRectF> parts = text.manager.rectsForGlyphRange({i, 1});
+        QCOMPARE(parts.size(), 1);
+        const QRectF place = parts.first();
+        QVERIFY(place.width() >= 0);
+        places.append(place);
+        graphemes.setPosition(qsizetype(i));
+        meant = graphemes.isAtBoundary() ? i : meant;
+        if (place.width() > 1)
+            QCOMPARE(text.manager.characterIndexForPoint(place.center()), meant);
+    }
+    std::sort(places.begin(), places.end(), [](const QRectF &a, const QRectF &b) {
+        return a.left() != b.left() ? a.left() < b.left() : a.right() < b.right();
+    });
+    QCOMPARE(places.first().left(), 0.0);
+    for (qsizetype i = 1; i < places.size(); ++i)
+        QVERIFY(isClose(places.at(i - 1).right(), places.at(i).left()));
+    const double overhang = text.manager.usedRect().right() - places.last().right(); // of the last letter
+    QVERIFY(overhang > -tolerance && overhang < 3);
 }
 
 void LayoutManagerTest::doesNotJoinLettersOfDifferentRuns()

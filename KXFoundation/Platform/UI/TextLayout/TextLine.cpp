@@ -6,6 +6,7 @@
 #include <QtGui/QRawFont>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace kx {
@@ -44,6 +45,14 @@ void append(std::vector<TextExtent> &extents, const std::vector<TextExtent> &mor
 }
 
 } // namespace
+
+double distanceBetween(const std::vector<TextExtent> &extents, double x)
+{
+    double distance = std::numeric_limits<double>::infinity();
+    for (const TextExtent &extent : extents)
+        distance = std::min(distance, std::max({extent.left - x, x - extent.right, 0.0}));
+    return distance;
+}
 
 TextPiece::TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayout, const QTextLine &textLine)
     : segment(segmentPart)
@@ -157,42 +166,19 @@ QList<QGlyphRun> TextPiece::glyphsOf(const TextSpan &characters) const
     return covers(characters) ? glyphs : glyphRuns(characters);
 }
 
-qsizetype TextPiece::characterAt(double x, const TextExtent &extent) const
+// By halving: Qt's own answer may be a neighbour of what lies there.
+qsizetype TextPiece::characterAt(double x) const
 {
-    if (segment.kind != Kind::Characters)
-        return segment.characters.start;
-    // Just outside of the piece, Qt would answer with its neighbours.
-    constexpr double inside = 1.0 / 32;
-    const double left = extent.left + inside;
-    const double within = std::clamp(x, left, std::max(left, extent.right - inside));
-    const qsizetype inLayout = line.xToCursor(within, QTextLine::CursorOnCharacter);
-    const qsizetype own = std::clamp(inLayout, segment.inLayout.start, segment.inLayout.end - 1);
-    const qsizetype character = segment.characters.start + own - segment.inLayout.start;
-    // For clusters it may be a neighbour of theirs.
-    for (const qsizetype near : {character, character - 1}) {
-        if (near < segment.characters.start)
-            continue;
-        const TextSpan cluster = clusterAround(near);
-        const std::vector<TextExtent> places = extentsOf(cluster);
-        if (std::any_of(places.begin(), places.end(),
-                [&](const TextExtent &place) { return place.left <= within && within < place.right; }))
-            return characterIn(cluster, within);
+    TextSpan found = segment.characters;
+    while (found.length() > 1 && segment.kind == Kind::Characters) {
+        const qsizetype middle = found.start + found.length() / 2;
+        const TextSpan halves[] = {{found.start, middle}, {middle, found.end}};
+        const bool inFirst = distanceBetween(extentsOf(halves[0]), x) < distanceBetween(extentsOf(halves[1]), x);
+        found = halves[inFirst ? 0 : 1];
     }
-    return character;
-}
-
-// The character of a cluster at x, of those that a caret can stand before.
-qsizetype TextPiece::characterIn(const TextSpan &cluster, double x) const
-{
-    qsizetype character = cluster.start;
-    for (qsizetype i = cluster.start + 1; i < cluster.end; ++i) {
-        const std::vector<TextExtent> own = extentsIn(cluster, {i, i + 1});
-        if (!startsGrapheme(i) || own.empty())
-            continue;
-        if (isRightToLeftAt(i) ? x < own.front().right : x >= own.front().left)
-            character = i;
-    }
-    return character;
+    while (found.start > segment.characters.start && !startsGrapheme(found.start))
+        --found.start;
+    return found.start;
 }
 
 bool TextPiece::isRightToLeftAt(qsizetype character) const

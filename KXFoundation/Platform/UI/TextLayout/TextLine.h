@@ -19,6 +19,9 @@ struct TextExtent {
     double right = 0;
 };
 
+/// How far x is from the nearest of them; infinite without any.
+[[nodiscard]] double distanceBetween(const std::vector<TextExtent> &extents, double x);
+
 /// The part of a segment that lies in one line.
 struct TextPiece {
     TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayout, const QTextLine &textLine);
@@ -38,8 +41,8 @@ struct TextPiece {
     [[nodiscard]] std::vector<TextExtent> extentsOf(const TextSpan &characters) const;
     [[nodiscard]] QList<QGlyphRun> glyphsOf(const TextSpan &characters) const;
     [[nodiscard]] bool isRightToLeftAt(qsizetype character) const;
-    /// The character that is nearest to x in one of the piece's extents.
-    [[nodiscard]] qsizetype characterAt(double x, const TextExtent &extent) const;
+    /// The character that is nearest to x, of those that start a grapheme.
+    [[nodiscard]] qsizetype characterAt(double x) const;
     /// Where the image of an attachment goes, if the baseline of the line is at y = 0.
     [[nodiscard]] QRectF attachmentRect() const;
 
@@ -53,7 +56,6 @@ private:
     [[nodiscard]] bool goesOn(qsizetype character) const;
     [[nodiscard]] TextSpan clusterAround(qsizetype character) const;
     [[nodiscard]] std::vector<TextExtent> extentsIn(const TextSpan &cluster, const TextSpan &part) const;
-    [[nodiscard]] qsizetype characterIn(const TextSpan &cluster, double x) const;
 };
 
 /// One line of the text.
