@@ -64,6 +64,9 @@ private Q_SLOTS:
     void keepsTitleAndAttributedTitleTogether();
     void drawsItsTitleInThePalettesColour();
     void drawsTheTitleBesideTheImage();
+    void keepsTheImageInSightBesideALongTitle();
+    void alignsItsTitle();
+    void showsTheTitleOfItsState();
     void hintsAtTheSizeOfItsContent();
     void rendersWithoutAFontAtItsLastSize();
     void takesTheFocusByTabAlone();
@@ -153,6 +156,7 @@ void ButtonTest::mayBeDeletedByItsAction()
 void ButtonTest::isDisabled()
 {
     m_button->setImage(square(10, Qt::red));
+    m_button->setTitle(u"MM"_s);
     const QImage before = picture();
     m_button->setEnabled(false);
     Pointer(*m_button).click({50, 20});
@@ -283,6 +287,42 @@ void ButtonTest::drawsTheTitleBesideTheImage()
     QVERIFY(blueEnd < 60);
     QCOMPARE(redPixels(shown, 0, blueEnd), 0);
     QVERIFY(redPixels(shown, blueEnd, 100) > 15);
+}
+
+void ButtonTest::keepsTheImageInSightBesideALongTitle()
+{
+    m_button->setImage(square(20, Qt::blue));
+    m_button->setTitle(QString(40, u'M'));
+    const QImage shown = picture();
+    QCOMPARE(colorAt(shown, 0.5, 20.5), QColor(Qt::blue));
+    QCOMPARE(colorAt(shown, 19.5, 20.5), QColor(Qt::blue));
+}
+
+void ButtonTest::alignsItsTitle()
+{
+    m_button->setAttributedTitle(kx::AttributedString(u"M"_s, {.foregroundColor = Qt::red}));
+    const auto reds = [&] {
+        const QImage shown = picture();
+        return QList<bool>{redPixels(shown, 0, 30) > 5, redPixels(shown, 30, 70) > 5, redPixels(shown, 70, 100) > 5};
+    };
+    QCOMPARE(reds(), (QList<bool>{false, true, false}));
+    m_button->setAlignment(kx::TextAlignment::Left);
+    QCOMPARE(reds(), (QList<bool>{true, false, false}));
+    m_button->setAlignment(kx::TextAlignment::Right);
+    QCOMPARE(reds(), (QList<bool>{false, false, true}));
+}
+
+void ButtonTest::showsTheTitleOfItsState()
+{
+    const auto reds = [&] { return redPixels(picture(), 0, 100); };
+    m_button->setAttributedTitle(kx::AttributedString(u"MMMM"_s, {.foregroundColor = Qt::red}));
+    m_button->setAlternateTitle(u""_s);
+    m_button->setState(1);
+    QVERIFY(reds() > 30); // an empty one is none
+    m_button->setAlternateTitle(u"MMMM"_s);
+    QCOMPARE(reds(), 0);
+    m_button->setState(0);
+    QVERIFY(reds() > 30);
 }
 
 void ButtonTest::hintsAtTheSizeOfItsContent()
