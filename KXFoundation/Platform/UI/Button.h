@@ -88,6 +88,8 @@ public:
     /// That of the image at its own size beside the title.
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+    /// False: a press belongs to the button.
+    [[nodiscard]] bool mouseDownCanMoveWindow() const override { return false; }
 
     void pressCancelled() override;
 

@@ -45,8 +45,10 @@ bool looksForWidget(const QSinglePointEvent &event)
     }
 }
 
+} // namespace
+
 /// Where an event of the pointer is among the widgets.
-struct Place {
+struct ViewWatch::Place {
     Place(QWidget &target, const QSinglePointEvent &event)
         : Place(target, event, QApplication::activePopupWidget())
     {
@@ -67,8 +69,6 @@ private:
     {
     }
 };
-
-} // namespace
 
 ViewWatch &ViewWatch::instance()
 {
@@ -199,11 +199,8 @@ bool ViewWatch::deliver(QWindow &window, QEvent &event)
     if (!host)
         return !alive;
     const auto *pointer = event.isSinglePointEvent() ? static_cast<QSinglePointEvent *>(&event) : nullptr;
-    if (pointer && looksForWidget(*pointer)) {
-        const Place place(*host, *pointer);
-        const ViewMap::Spots spots = m_tracker.views().viewsAt(place.window, place.positionInWindow);
-        m_hitTesting.prepare(place.host, place.position.toPoint(), spots);
-    }
+    if (pointer && looksForWidget(*pointer))
+        prepareHitTesting(Place(*host, *pointer));
     QObject &receiver = window; // through the base class, where this function is public
     receiver.event(&event);
     m_hitTesting.restore();
@@ -217,6 +214,26 @@ bool ViewWatch::deliver(QWindow &window, QEvent &event)
         m_tracker.pointerLeft(*host->window());
     }
     return true;
+}
+
+void ViewWatch::prepareHitTesting(const Place &place)
+{
+    const ViewMap::Spots spots = m_tracker.views().viewsAt(place.window, place.positionInWindow);
+    m_hitTesting.prepare(place.host, place.position.toPoint(), spots);
+}
+
+QWidget *ViewWatch::widgetAt(QWindow &window, const QMouseEvent &press)
+{
+    if (QWidget *grabber = QWidget::mouseGrabber())
+        return grabber;
+    QWidget *target = QWidget::find(window.winId());
+    if (!target)
+        return nullptr;
+    const Place place(*target, press);
+    prepareHitTesting(place);
+    QWidget *found = place.host.childAt(place.position.toPoint());
+    m_hitTesting.restore();
+    return found ? found : &place.host;
 }
 
 void ViewWatch::updateTrackingAreas(bool onlyEntered)

@@ -6,6 +6,7 @@
 
 #include <QtCore/QObject>
 
+class QMouseEvent;
 class QSinglePointEvent;
 class QWindow;
 
@@ -38,10 +39,14 @@ public:
     /// are handled.
     void updateTrackingAreasOf(ViewInterface &view, bool entered);
 
+    /// The widget that Qt will find for a press on a native window, when that is delivered; null without one.
+    [[nodiscard]] QWidget *widgetAt(QWindow &window, const QMouseEvent &press);
+
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    struct Place;
     /// The filter of native windows. Filters of the application see an event first.
     class Tap : public QObject {
     public:
@@ -65,6 +70,7 @@ private:
     static void settleWindows(QWidget &widget, bool all);
     void tap(QWindow &window);
     bool deliver(QWindow &window, QEvent &event);
+    void prepareHitTesting(const Place &place);
     void updateTrackingAreas(bool onlyEntered);
     void postUpdate();
     void losePress();
