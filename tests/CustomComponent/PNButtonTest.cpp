@@ -54,6 +54,7 @@ private Q_SLOTS:
     void showsThePressedImageWhateverIsSelected();
     void performsItsActionWhereverTheReleaseIs();
     void performsItsActionEvenIfDisabledMeanwhile();
+    void isPressedEvenWhileDisabled();
     void performsItsActionBeforeItLooksReleased();
     void looksReleasedWhenItsPressComesToNothing();
     void looksReleasedWhenItsWindowCutsADragShort();
@@ -172,6 +173,8 @@ void PNButtonTest::tintsItsImageForAHoverAndKeepsThat()
     QVERIFY(m_button->image() == m_normal);
     m_button->mouseEntered(nullptr);
     QVERIFY(m_button->image() == tinted);
+    m_button->setNormalImage(m_disabled); // Deliberate: another one is not tinted any more
+    QVERIFY(m_button->hoverImage() == tinted);
     m_button->setSelectedNormalImage(m_selected);
     m_button->setSelected(true);
     QCOMPARE(colorOf(m_button->image()), QColor(255, 46, 67));
@@ -337,6 +340,22 @@ void PNButtonTest::performsItsActionEvenIfDisabledMeanwhile()
     pointer.press();
     m_button->setEnabled(false);
     pointer.release();
+    QCOMPARE(clicked.count(), 1);
+}
+
+// Deliberate: a press does not ask either whether it is enabled.
+void PNButtonTest::isPressedEvenWhileDisabled()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setPressedImage(m_pressed);
+    m_button->setDisableImage(m_disabled);
+    m_button->setEnabled(false);
+    Pointer pointer(*m_button);
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QVERIFY(m_button->image() == m_pressed);
+    pointer.release();
+    QVERIFY(m_button->image() == m_disabled);
     QCOMPARE(clicked.count(), 1);
 }
 
@@ -609,6 +628,8 @@ void PNButtonTest::hasImagePropertiesForForms()
         QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(20, 20)});
         QCOMPARE(icon.pixmap(20, 20).toImage().pixelColor(10, 10), QColor(Qt::yellow));
     }
+    QVERIFY(!m_button->setProperty("pausedImage", QIcon())); // what a form knows and the button does not
+    QVERIFY(m_button->image() == m_normal);
     m_button->setProperty("normalImage", QIcon(QPixmap::fromImage(m_hover.toQImage(1))));
     QCOMPARE(colorOf(m_button->image()), QColor(Qt::green));
     QCOMPARE(m_button->image().size(), QSizeF(20, 20));
