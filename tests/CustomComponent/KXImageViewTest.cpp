@@ -2,6 +2,8 @@
 #include <KXFoundation/CustomComponent/KXImageView.h>
 
 #include <KXFoundation/Platform/UI/Cursor.h>
+#include <KXFoundation/Platform/UI/View.h>
+#include <KXFoundation/Platform/UI/Window.h>
 
 #include <Support/LoggingWindow.h>
 #include <Support/Pointer.h>
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void changesNothingInAModalWindowOfItsOwn();
     void isNotHitWithoutInteraction();
     void mayMoveTheWindowOnlyWithoutInteraction();
+    void aDragOnItMovesTheWindowOnlyWithoutInteraction();
     void keepsItsTrackingAreaUntilTheNextUpdate();
     void setsTheCursor();
     void mayBeDeletedByItsClick();
@@ -213,6 +216,31 @@ void KXImageViewTest::mayMoveTheWindowOnlyWithoutInteraction()
     m_view->setUserInteraction(true);
     m_view->hide();
     QVERIFY(m_view->mouseDownCanMoveWindow());
+}
+
+void KXImageViewTest::aDragOnItMovesTheWindowOnlyWithoutInteraction()
+{
+    kx::Window window(QRectF(200, 200, 200, 100), kx::WindowStyle::Borderless);
+    window.setMovableByWindowBackground(true);
+    window.setCentralWidget(new kx::View);
+    auto *view = new KXImageView(window.centralWidget());
+    view->setGeometry(20, 20, 60, 40);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto dragged = [&] {
+        const QPointF before = window.frame().topLeft();
+        Pointer pointer(*view);
+        pointer.queue();
+        pointer.drag({10, 10}, {60, 10}, 2);
+        pointer.deliver();
+        return window.frame().topLeft() - before;
+    };
+    QSignalSpy clicked(view, &KXImageView::clicked);
+    QCOMPARE(dragged(), QPointF(0, 0));
+    QCOMPARE(clicked.count(), 1);
+    view->setUserInteraction(false);
+    QCOMPARE(dragged(), QPointF(50, 0));
+    QCOMPARE(clicked.count(), 1);
 }
 
 void KXImageViewTest::keepsItsTrackingAreaUntilTheNextUpdate()
