@@ -14,13 +14,14 @@ namespace kx::test {
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// An opaque picture in which a pixel differs from its neighbours; sizes in pixels.
+/// An opaque picture in which a pixel differs from its neighbours, and from every other up to 256 pixels away; sizes in
+/// pixels.
 inline QImage sampleImage(int width, int height, double ratio = 1)
 {
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, qRgba(x * 16 % 256, y * 16 % 256, (x + y) % 2 * 128, 255));
+            image.setPixel(x, y, qRgba(x * 11 % 256, y * 13 % 256, (x + y) % 2 * 128, 255));
     }
     image.setDevicePixelRatio(ratio);
     return image;
