@@ -14,9 +14,6 @@
 class PlaybackBarGeometry;
 class PlaybackBarPainter;
 class StarClips;
-namespace kx {
-class KeyboardFocus;
-}
 
 /// The progress bar of a player: what is loaded, what has been played, ticks, and a knob at the present position. It
 /// grows under the pointer and tells where the pointer is; the knob can be dragged. In star mode it shows highlighted
@@ -31,6 +28,7 @@ class KeyboardFocus;
 /// view of its own. Main thread only; handlers may delete the bar.
 class KX_UI_EXPORT PNProgressIndicator : public kx::View, public kx::RangeControl {
     Q_OBJECT
+    Q_INTERFACES(kx::RangeControl)
     Q_PROPERTY(double playedValue READ playedValue WRITE setPlayedValue NOTIFY playedValueChanged)
     Q_PROPERTY(double preloadValue READ preloadValue WRITE setPreloadValue NOTIFY preloadValueChanged)
     Q_PROPERTY(double minValue READ minValue WRITE setMinValue NOTIFY minValueChanged)
@@ -160,7 +158,6 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
-    void pressCancelled() override;
     void keyDown(kx::Event *event) override;
     void updateTrackingAreas() override;
 
@@ -181,7 +178,6 @@ Q_SIGNALS:
     void starClipDurationDidEnd(qint32 index);
 
 protected:
-    bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
 
 private:
@@ -227,7 +223,6 @@ private:
     ClipHandler m_starClipWillEndHandler;
     ClipHandler m_starClipDidEndHandler;
     std::function<QString(double)> m_valueFormatter;
-    std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
     std::unique_ptr<StarClips> m_clips;
     std::unique_ptr<PlaybackBarPainter> m_painter;
 };

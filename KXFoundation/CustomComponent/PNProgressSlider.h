@@ -8,11 +8,6 @@
 #include <KXFoundation/Platform/UI/View.h>
 
 #include <functional>
-#include <memory>
-
-namespace kx {
-class KeyboardFocus;
-}
 
 /// A slider, horizontal or vertical: a thin track, filled up to a knob that the user drags. With segments, the value is
 /// the nearest of their ends, which are marked.
@@ -22,6 +17,7 @@ class KeyboardFocus;
 /// down, home and end move the knob as a finished drag does. Main thread only; handlers may delete the slider.
 class KX_UI_EXPORT PNProgressSlider : public kx::View, public kx::RangeControl {
     Q_OBJECT
+    Q_INTERFACES(kx::RangeControl)
     Q_PROPERTY(double progressValue READ progressValue WRITE setProgressValue NOTIFY progressValueChanged)
     Q_PROPERTY(double currentValue READ currentValue WRITE setCurrentValue NOTIFY progressValueChanged)
     Q_PROPERTY(double minValue READ minValue WRITE setMinValue NOTIFY minValueChanged)
@@ -108,7 +104,6 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
-    void pressCancelled() override;
     void cursorUpdate(kx::Event *event) override;
     void keyDown(kx::Event *event) override;
     /// Deliberate: every call but the first leaves the slider without a tracking area.
@@ -127,7 +122,6 @@ Q_SIGNALS:
     void indicatorDragged(bool finished, double value);
 
 protected:
-    bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
 
 private:
@@ -159,5 +153,4 @@ private:
     kx::TrackingAreaRef m_trackingArea;
     DragHandler m_draggedIndicatorHandler;
     std::function<QString(double)> m_valueFormatter;
-    std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
 };

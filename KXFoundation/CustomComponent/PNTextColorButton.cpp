@@ -120,15 +120,8 @@ void PNTextColorButton::setSelected(bool selected)
     m_selected = selected;
     const QPointer<PNTextColorButton> alive(this);
     updateCoclor();
-    if (!alive)
-        return;
-    checkedStateWasChanged();
-    Q_EMIT selectedChanged(selected);
-}
-
-std::optional<bool> PNTextColorButton::checkedState() const
-{
-    return m_selected || m_selectedTextColor ? m_selected : kx::Button::checkedState();
+    if (alive)
+        Q_EMIT selectedChanged(selected);
 }
 
 void PNTextColorButton::setState(int state)
@@ -260,12 +253,6 @@ void PNTextColorButton::mouseUp(kx::Event *)
     performAction();
     if (alive)
         m_mouseDown = false;
-}
-
-void PNTextColorButton::pressCancelled()
-{
-    if (std::exchange(m_mouseDown, false))
-        updateCoclor();
 }
 
 void PNTextColorButton::mouseEntered(kx::Event *)

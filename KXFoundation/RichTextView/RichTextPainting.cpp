@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/RichTextView/RichTextPainting.h>
 
-#include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/RichTextView/RichTextBody.h>
 
 #include <QtGui/QPainter>
@@ -11,7 +10,17 @@
 #include <QtWidgets/QStyleOption>
 #include <QtWidgets/QWidget>
 
+#include <cmath>
 #include <utility>
+
+namespace {
+
+bool isFinite(const QRectF &rect)
+{
+    return std::isfinite(rect.x()) && std::isfinite(rect.y());
+}
+
+} // namespace
 
 void clipToRoundCorner(QPainter &painter, const QSizeF &size)
 {
@@ -41,7 +50,7 @@ void drawBody(QPainter &painter, RichTextBody &body, const QColor &selectionColo
             layoutManager.drawBackgroundForGlyphRange(painter, background.bgColorRange(), QPointF(0, 0), dirtyRect);
     }
     for (const QRectF &rect : body.rectsOf(body.selection)) {
-        if (kx::pixelsAround(rect))
+        if (isFinite(rect))
             painter.fillRect(rect, selectionColor);
     }
     const kx::TextRange glyphs = layoutManager.glyphRange();
@@ -56,7 +65,7 @@ void drawFocusFrames(QPainter &painter, const QWidget &widget, const QList<QRect
     option.initFrom(&widget);
     option.state |= QStyle::State_KeyboardFocusChange;
     for (const QRectF &rect : rects) {
-        option.rect = kx::pixelsAround(rect).value_or(QRect());
+        option.rect = isFinite(rect) ? rect.toAlignedRect() : QRect();
         if (!option.rect.isEmpty())
             widget.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, &widget);
     }

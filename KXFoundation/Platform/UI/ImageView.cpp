@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ImageView.h>
 
-#include <KXFoundation/Platform/UI/AccessibleImage.h>
 #include <KXFoundation/Platform/UI/ButtonContent.h>
 
 #include <QtGui/QPaintEvent>
@@ -11,7 +10,6 @@ namespace kx {
 ImageView::ImageView(QWidget *parent)
     : ViewOn<QWidget>(parent)
 {
-    AccessibleImage::install();
 }
 
 ImageView::~ImageView() = default;
@@ -25,18 +23,6 @@ void ImageView::setImage(const Image &image)
     setNeedsDisplay();
 }
 
-QRectF ImageView::imageRect() const
-{
-    return fittedDown(m_image.size(), QRectF(rect()));
-}
-
-bool ImageView::isPressable() const
-{
-    return false;
-}
-
-void ImageView::press() { }
-
 QSizeF ImageView::intrinsicContentSize() const
 {
     return m_image ? m_image.size() : QSizeF(-1, -1);
@@ -44,7 +30,7 @@ QSizeF ImageView::intrinsicContentSize() const
 
 void ImageView::drawRect(QPainter &painter, const QRectF &)
 {
-    m_image.draw(painter, onWholePixel(imageRect(), painter));
+    m_image.draw(painter, onWholePixel(fittedDown(m_image.size(), QRectF(rect())), painter));
 }
 
 void ImageView::paintEvent(QPaintEvent *event)

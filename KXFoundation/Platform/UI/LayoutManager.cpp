@@ -176,16 +176,18 @@ quint64 LayoutManager::characterIndexForPoint(const QPointF &point)
     const auto line = text.lineAt(point.y());
     if (!(point.y() >= 0) || line == text.all().end() || line->characters.length() == 0)
         return notFound;
-    const TextPiece *nearest = nullptr;
+    quint64 nearest = quint64(line->characters.start);
     double nearestDistance = std::numeric_limits<double>::infinity();
     for (const TextPiece &piece : line->pieces) {
-        const double distance = distanceBetween(piece.extents, point.x());
-        if (distance < nearestDistance) {
-            nearest = &piece;
-            nearestDistance = distance;
+        for (const TextExtent &extent : piece.extents) {
+            const double distance = std::max({extent.left - point.x(), point.x() - extent.right, 0.0});
+            if (distance < nearestDistance) {
+                nearest = quint64(piece.characterAt(point.x(), extent));
+                nearestDistance = distance;
+            }
         }
     }
-    return quint64(nearest ? nearest->characterAt(point.x()) : line->characters.start);
+    return nearest;
 }
 
 void LayoutManager::drawBackgroundForGlyphRange(

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/RangeControl.h>
 
-#include <KXFoundation/Platform/UI/AccessibleControl.h>
 #include <KXFoundation/Platform/UI/Event.h>
 
 #include <QtGui/QAccessible>
 #include <QtGui/QKeyEvent>
-#include <QtWidgets/QWidget>
+#include <QtWidgets/QAccessibleWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -17,10 +16,10 @@ namespace kx {
 
 namespace {
 
-class AccessibleRange : public AccessibleControl, public QAccessibleValueInterface {
+class AccessibleRange : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     AccessibleRange(QWidget *widget, RangeControl &control)
-        : AccessibleControl(widget, QAccessible::Slider)
+        : QAccessibleWidget(widget, QAccessible::Slider)
         , m_control(control)
     {
     }
@@ -28,34 +27,11 @@ public:
     void *interface_cast(QAccessible::InterfaceType type) override
     {
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
-                                                   : AccessibleControl::interface_cast(type);
+                                                   : QAccessibleWidget::interface_cast(type);
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Value ? m_control.valueText() : AccessibleControl::text(kind);
-    }
-    [[nodiscard]] QAccessible::State state() const override
-    {
-        QAccessible::State state = AccessibleControl::state();
-        state.readOnly = !m_control.rangeState().isAdjustable;
-        return state;
-    }
-    [[nodiscard]] QStringList actionNames() const override
-    {
-        QStringList names = AccessibleControl::actionNames();
-        if (isAdjustable(m_control.rangeState()))
-            names << increaseAction() << decreaseAction();
-        return names;
-    }
-    void doAction(const QString &action) override
-    {
-        const RangeState state = m_control.rangeState();
-        if (action == increaseAction())
-            setCurrentValue(state.value + state.step);
-        else if (action == decreaseAction())
-            setCurrentValue(state.value - state.step);
-        else
-            AccessibleControl::doAction(action);
+        return kind == QAccessible::Value ? m_control.valueText() : QAccessibleWidget::text(kind);
     }
     [[nodiscard]] QVariant currentValue() const override { return m_control.rangeState().value; }
     [[nodiscard]] QVariant minimumValue() const override { return m_control.rangeState().minimum; }
@@ -66,22 +42,19 @@ public:
         bool isNumber = false;
         const double number = value.toDouble(&isNumber);
         const RangeState state = m_control.rangeState();
-        if (isAdjustable(state) && isNumber && !std::isnan(number))
+        if (widget()->isEnabled() && isNumber && !std::isnan(number) && state.maximum > state.minimum)
             m_control.setByUser(std::clamp(number, state.minimum, state.maximum));
     }
 
 private:
-    [[nodiscard]] bool isAdjustable(const RangeState &state) const
-    {
-        return widget()->isEnabled() && state.isAdjustable && state.maximum > state.minimum;
-    }
-
     RangeControl &m_control;
 };
 
+// Asked about every object of the application, those of the web engine among them, whose classes have no run-time type
+// information and would be a dynamic_cast's end.
 QAccessibleInterface *accessibleRange(const QString &, QObject *object)
 {
-    auto *const control = dynamic_cast<RangeControl *>(object);
+    auto *const control = qobject_cast<RangeControl *>(object);
     auto *const widget = qobject_cast<QWidget *>(object);
     return control && widget ? new AccessibleRange(widget, *control) : nullptr;
 }
@@ -92,7 +65,11 @@ RangeControl::~RangeControl() = default;
 
 void RangeControl::makeAccessible()
 {
-    QAccessible::installFactory(accessibleRange); // once, however often it is called
+    static const bool once = [] {
+        QAccessible::installFactory(accessibleRange);
+        return true;
+    }();
+    static_cast<void>(once);
 }
 
 void RangeControl::valueWasChanged(QWidget &widget) const
@@ -106,8 +83,7 @@ void RangeControl::valueWasChanged(QWidget &widget) const
 std::optional<double> RangeControl::valueForKey(const Event &event) const
 {
     const RangeState state = rangeState();
-    if (event.type() != EventType::KeyDown || !event.qtEvent() || !state.isAdjustable
-        || !(state.maximum > state.minimum))
+    if (event.type() != EventType::KeyDown || !event.qtEvent() || !(state.maximum > state.minimum))
         return std::nullopt;
     const auto &key = static_cast<const QKeyEvent &>(*event.qtEvent());
     if (key.modifiers() & ~Qt::KeypadModifier)

@@ -3,6 +3,7 @@
 
 #include <KXFoundation/KXUIExport.h>
 
+#include <QtCore/QObject>
 #include <QtCore/QString>
 
 #include <optional>
@@ -20,11 +21,10 @@ struct RangeState {
     double maximum = 0;
     double step = 0; ///< of the arrow keys
     double pageStep = 0; ///< of page up and page down
-    bool isAdjustable = true; ///< by its user
 };
 
-/// What keyboard and assistive technology need of such a control. A widget class that implements it is accessible as a
-/// slider once makeAccessible() was called.
+/// What keyboard and assistive technology need of such a control. A widget class that implements it, and names it in
+/// Q_INTERFACES, is accessible as a slider once makeAccessible() was called.
 class KX_UI_EXPORT RangeControl {
 public:
     virtual ~RangeControl();
@@ -42,7 +42,7 @@ protected:
     /// Tells assistive technology of a new value. `widget` is the control itself.
     void valueWasChanged(QWidget &widget) const;
     /// The value that a key asks for: arrows, page up and down, home and end, within the range. Absent for other keys,
-    /// for keys with modifiers, and when there is no range or its user may not choose.
+    /// for keys with modifiers, and when there is no range.
     [[nodiscard]] std::optional<double> valueForKey(const Event &event) const;
 };
 
@@ -50,3 +50,5 @@ protected:
 [[nodiscard]] KX_UI_EXPORT QString timeText(double seconds);
 
 } // namespace kx
+
+Q_DECLARE_INTERFACE(kx::RangeControl, "KXFoundation.RangeControl")

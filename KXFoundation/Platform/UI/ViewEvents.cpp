@@ -3,7 +3,6 @@
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
-#include <KXFoundation/Platform/UI/ViewWatch.h>
 
 #include <QtGui/QContextMenuEvent>
 
@@ -43,10 +42,6 @@ bool ViewInterface::routeEvent(QEvent &event)
         takeFocusByClick();
     if (!alive)
         return true;
-    if (wrapped.type() == EventType::LeftMouseDown)
-        ViewWatch::instance().setPressed(m_widget);
-    else if (wrapped.type() == EventType::LeftMouseUp)
-        ViewWatch::instance().setPressed(nullptr);
     Live live{&event};
     Live *outer = std::exchange(m_live, &live);
     event.accept();
@@ -69,12 +64,6 @@ void ViewInterface::handToBase(Event *event)
         live.ignore(); // a disabled widget leaves the event as it is
 }
 
-void ViewInterface::mouseUngrabbed()
-{
-    ViewWatch::instance().setPressed(nullptr);
-    pressCancelled();
-}
-
 void ViewInterface::takeFocusByClick()
 {
     if (m_widget->isEnabled() && !m_widget->hasFocus() && acceptsFirstResponder())
@@ -95,8 +84,6 @@ void ViewInterface::mouseDragged(Event *event)
 {
     handToBase(event);
 }
-
-void ViewInterface::pressCancelled() { }
 
 void ViewInterface::rightMouseDown(Event *event)
 {
