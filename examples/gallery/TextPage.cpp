@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TextPage.h"
 
-#include "Icons.h"
+#include "common/Icons.h"
 
 #include <KXFoundation/CustomComponent/KXVerticalCenterTextFieldCell.h>
 #include <KXFoundation/Platform/UI/Layer.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GalleryWindow.h"
-#include "Icons.h"
 #include "Pictures.h"
+#include "common/Icons.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QProcess>

@@ -1,13 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "SelfCheck.h"
-#include "ShowcaseWindow.h"
-#include "SlowPage.h"
+#include "Look.h"
+#include "clips/ClipFolder.h"
+#include "page/ClipPage.h"
+#include "page/PageServer.h"
+#include "script/Script.h"
+#include "window/PlayerActions.h"
+#include "window/PlayerWindow.h"
 
 #include <KXFoundation/ActionKit/KXActionItem.h>
 #include <KXFoundation/Logger/KXLogger.h>
+#include <KXFoundation/Util/KXUtil.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtWidgets/QApplication>
 
@@ -15,49 +22,62 @@
 #include <cstdio>
 #include <string_view>
 
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The directory that the player shares with the daemon: logs, and the clips unless another folder is given.
+QDir groupFolder()
+{
+    KXUtil::setApplicationGroup(u"example.kxfoundation"_s);
+    return QDir(KXUtil::logBaseDirPath() + u"/.."_s);
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
-    // Before the application object: which platform to use, and which URL schemes the engine must know.
-    const auto headlessGiven =
-        std::any_of(argv + 1, argv + argc, [](std::string_view arg) { return arg == "--headless"; });
-    if (headlessGiven)
+    // Before the application object: the platform, the player's engine, and the URL schemes that pages may use.
+    if (std::any_of(argv + 1, argv + argc, [](std::string_view arg) { return arg == "--headless"; }))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    SlowPage::install();
+    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND"))
+        qputenv("QT_MEDIA_BACKEND", "ffmpeg"); // Qt 6.4 prefers GStreamer, and crashes where its plugins are missing
+    QLoggingCategory::setFilterRules(u"default.debug=false"_s); // the engine's own remarks about codecs
+    PageServer::registerScheme();
 
     const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("KXFoundation showcase"));
+    QApplication::setApplicationName(u"KXFoundation showcase"_s);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("A host that shows the library at work."));
+    parser.setApplicationDescription(u"A small player."_s);
     parser.addHelpOption();
-    const QCommandLineOption headless(QStringLiteral("headless"),
-        QStringLiteral("Show nothing; drive the page, print each step, exit non-zero if one failed."));
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-        QStringLiteral("Save a picture of the window to <file> (headless)."), QStringLiteral("file"));
-    const QCommandLineOption logs(QStringLiteral("logs"),
-        QStringLiteral("Log below <folder> instead of the temporary one."), QStringLiteral("folder"));
-    parser.addOptions({headless, screenshot, logs});
+    parser.addPositionalArgument(
+        u"folder"_s, u"Where the videos are; one that is empty is given some."_s, u"[folder]"_s);
+    const QCommandLineOption headless(u"headless"_s,
+        u"Show nothing; play a script of input events, print each check, exit non-zero if one failed."_s);
+    const QCommandLineOption pictures(u"pictures"_s,
+        u"Where the script saves its pictures (headless); build/showcase by default."_s, u"folder"_s,
+        u"build/showcase"_s);
+    parser.addOptions({headless, pictures});
     parser.process(application);
 
-    // A page may hand over an action URL whose value never decodes: give up after a few passes.
-    KXActionItem::setDecodePassLimit(8);
-
+    // The script leaves nothing behind in the user's directories.
     const QTemporaryDir temporary;
-    const QString logFolder = parser.isSet(logs) ? parser.value(logs)
-        : parser.isSet(headless)                 ? temporary.filePath(QStringLiteral("logs"))
-                                                 : QDir::temp().filePath(QStringLiteral("kxfoundation-showcase"));
-    KXLogger::sharedLogger().setLogBaseDirectory(logFolder);
+    if (parser.isSet(headless))
+        qputenv("XDG_DATA_HOME", QFile::encodeName(temporary.path()));
+    KXActionItem::setDecodePassLimit(8); // the URLs come from pages
+    const QDir group = groupFolder();
+    KXLogger::sharedLogger().setLogBaseDirectory(KXUtil::mainLogDirPath());
+    look::apply();
 
-    ShowcaseWindow window(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("pages")));
+    ClipFolder folder(parser.positionalArguments().value(0, group.filePath(u"Clips"_s)));
+    const PageServer server(folder);
+    PlayerWindow window(folder);
+    PlayerActions::registerFor(window);
+    window.page().open();
+    folder.open();
     window.show();
-    if (parser.isSet(headless)) {
-        SelfCheck check(window, logFolder, parser.value(screenshot));
-        const bool passed = check.run();
-        std::printf("%s\n", passed ? "every step passed" : "a step failed");
-        return passed ? 0 : 1;
-    }
-    std::printf("logs: %s\n", qPrintable(logFolder));
-    window.openClips();
-    const int result = QApplication::exec();
+    const int result = parser.isSet(headless) ? (Script(window, folder, QDir(parser.value(pictures))).play() ? 0 : 1)
+                                              : QApplication::exec();
     KXLogger::sharedLogger().save();
     return result;
 }
