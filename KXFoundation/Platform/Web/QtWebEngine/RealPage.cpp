@@ -116,6 +116,7 @@ void RealPage::makeEnginePage()
     m_scripts.setPage(m_page);
     m_sourceFrames = SourceFrameTracker();
     m_dead = false;
+    m_isBegun = false;
     if (former) {
         former->disconnect(this);
         EnginePage::dispose(former, nullptr);
@@ -167,8 +168,10 @@ void RealPage::loadRequested()
             return;
         }
     }
-    if (m_page)
-        m_page->load(request->url);
+    if (!m_page)
+        return;
+    m_isBegun = true;
+    m_page->load(request->url);
 }
 
 void RealPage::stopLoading()
@@ -176,7 +179,9 @@ void RealPage::stopLoading()
     ++m_orders;
     m_request.reset();
     m_loads.stop();
-    if (m_page)
+    // A page that has not begun has nothing to stop. Asked nevertheless, the engine would begin it, which crashes in a
+    // view that is being deleted.
+    if (m_page && (m_isBegun || rendererProcessId() != 0))
         m_page->triggerAction(QWebEnginePage::Stop);
 }
 

@@ -80,6 +80,7 @@ private:
     std::optional<Request> m_request; // to be loaded when the event loop runs
     quint64 m_orders = 0; // the client's loads and stops so far
     bool m_dead = false; // the renderer died since the last load
+    bool m_isBegun = false; // the engine has been given something to load
     bool m_drawsBackground = true;
 };
 

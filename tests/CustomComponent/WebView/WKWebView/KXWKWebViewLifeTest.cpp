@@ -26,6 +26,7 @@ private Q_SLOTS:
 
     void fiftyHostsLeaveNothing();
     void rebuildingLeavesNothing();
+    void mayBeDeletedBeforeItLoadsAnything();
     void applicationMayEndWithAHostAlive();
 
 private:
@@ -118,6 +119,22 @@ void KXWKWebViewLifeTest::rebuildingLeavesNothing()
     QCOMPARE(page.value(u"document.title"_qs), QJsonValue(u"page"_qs));
     m_renderers.remove(page.host->wkWebView()->page().rendererProcessId());
     QTRY_VERIFY(renderersAreGone()); // all but the last
+}
+
+// There is nothing to stop then; asking the engine to would begin a page, in a view that is about to go.
+void KXWKWebViewLifeTest::mayBeDeletedBeforeItLoadsAnything()
+{
+    QTRY_VERIFY(renderersAreGone());
+    const QList<qint64> processes = descendants();
+    {
+        QWidget parent;
+        (void)new KXWKWebView(&parent);
+        (new KXWKWebView(&parent))->updateURL(QUrl(u"data:text/html,never"_qs));
+    }
+    const auto alone = std::make_unique<KXWKWebView>(QRectF(0, 0, 100, 100));
+    alone->wkWebView()->stopLoading();
+    QCOMPARE(alone->wkWebView()->page().rendererProcessId(), 0);
+    QCOMPARE(descendants(), processes);
 }
 
 void KXWKWebViewLifeTest::applicationMayEndWithAHostAlive()
