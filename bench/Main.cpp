@@ -19,6 +19,8 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addOptions({
         {QStringLiteral("json"), QStringLiteral("Write the rows to <file> as JSON."), QStringLiteral("file")},
+        {QStringLiteral("page"), QStringLiteral("Write the table into the Markdown page <file>."),
+            QStringLiteral("file")},
         {QStringLiteral("repetitions"), QStringLiteral("Repeat each side <n> times."), QStringLiteral("n"),
             QStringLiteral("7")},
     });
@@ -27,6 +29,6 @@ int main(int argc, char *argv[])
     parser.process(application);
     const QString pattern = parser.positionalArguments().value(0, QStringLiteral("."));
     const bool complete = kx::bench::runAll(pattern.toStdString(), parser.value(QStringLiteral("repetitions")).toInt(),
-        parser.value(QStringLiteral("json")).toStdString());
+        parser.value(QStringLiteral("json")).toStdString(), parser.value(QStringLiteral("page")).toStdString());
     return complete ? 0 : 1;
 }

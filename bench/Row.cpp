@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Row.h"
 
+#include "Report.h"
+
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <map>
 #include <optional>
 #include <regex>
@@ -76,25 +76,6 @@ private:
     bool m_failed = false;
 };
 
-std::string numberText(std::optional<double> value)
-{
-    if (!value)
-        return "-";
-    char text[64];
-    const double size = std::fabs(*value);
-    std::snprintf(text, sizeof text, size >= 100 ? "%.0f" : size >= 10 ? "%.1f" : size >= 1 ? "%.2f" : "%.3f", *value);
-    return text;
-}
-
-std::string jsonNumber(std::optional<double> value)
-{
-    if (!value)
-        return "null";
-    char text[64];
-    std::snprintf(text, sizeof text, "%.6g", *value);
-    return text;
-}
-
 } // namespace
 
 bool timed(const Row &row, const Work &ours, const Work &peer, const Work &floor, Clock clock)
@@ -115,7 +96,7 @@ bool measured(const Row &row, const Measure &ours, const Measure &peer, const Me
     return true;
 }
 
-bool runAll(const std::string &namePattern, int repetitions, const std::string &jsonFile)
+bool runAll(const std::string &namePattern, int repetitions, const std::string &jsonFile, const std::string &page)
 {
     std::vector<Entry> chosen;
     const std::regex pattern(namePattern);
@@ -146,29 +127,19 @@ bool runAll(const std::string &namePattern, int repetitions, const std::string &
         }
     }
 
-    std::printf("%-24s %6s %10s %10s %7s %10s %7s\n", "name", "unit", "ours", "peer", "ratio", "floor", "budget");
-    std::string json;
+    std::vector<Result> results;
     bool complete = !collector.failed();
     for (const Entry &entry : chosen) {
-        const Row &row = entry.row;
-        const std::optional<double> ours = median(samples[row.name + "/ours"]);
-        const std::optional<double> peer = median(samples[row.name + "/peer"]);
-        const std::optional<double> floor = median(samples[row.name + "/floor"]);
-        const std::optional<double> ratio = ours && peer && *peer > 0 ? std::optional(*ours / *peer) : std::nullopt;
-        complete = complete && ratio;
-        std::printf("%-24s %6s %10s %10s %7s %10s %6sx%s\n", row.name.c_str(), row.unit.c_str(),
-            numberText(ours).c_str(), numberText(peer).c_str(), numberText(ratio).c_str(),
-            floor || row.floorText.empty() ? numberText(floor).c_str() : row.floorText.c_str(),
-            numberText(row.budget).c_str(), ratio && *ratio > row.budget ? "  over budget" : "");
-        json += (json.empty() ? "  " : ",\n  ") + (R"({"name": ")" + row.name) + R"(", "ours": )" + jsonNumber(ours)
-            + R"(, "peer": )" + jsonNumber(peer) + R"(, "unit": ")" + row.unit + R"(", "ratio": )" + jsonNumber(ratio)
-            + R"(, "floor": )" + jsonNumber(floor) + "}";
+        const std::string &name = entry.row.name;
+        results.push_back({entry.row, median(samples[name + "/ours"]), median(samples[name + "/peer"]),
+            median(samples[name + "/floor"])});
+        complete = complete && results.back().ratio();
     }
-    if (!jsonFile.empty()) {
-        std::ofstream out(jsonFile);
-        out << "[\n" << json << "\n]\n";
-        complete = complete && out.good();
-    }
+    printTable(results);
+    if (!jsonFile.empty())
+        complete = writeJson(results, jsonFile) && complete;
+    if (!page.empty())
+        complete = writePage(results, page) && complete;
     return complete;
 }
 

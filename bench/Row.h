@@ -34,8 +34,8 @@ bool timed(const Row &row, const Work &ours, const Work &peer, const Work &floor
 /// Registers a row whose sides return one sample in the row's unit at each call.
 bool measured(const Row &row, const Measure &ours, const Measure &peer, const Measure &floor = {});
 
-/// Runs every row whose name matches the pattern, prints the table, writes JSON to `jsonFile` unless it is empty.
-/// Returns false when a row failed to run.
-bool runAll(const std::string &namePattern, int repetitions, const std::string &jsonFile);
+/// Runs every row whose name matches the pattern, prints the table, writes JSON to `jsonFile` and the table into the
+/// Markdown page `page` unless these are empty. Returns false when a row failed to run or a file could not be written.
+bool runAll(const std::string &namePattern, int repetitions, const std::string &jsonFile, const std::string &page);
 
 } // namespace kx::bench

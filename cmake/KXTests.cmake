@@ -27,6 +27,17 @@ function(kx_add_test name)
     endif()
 endfunction()
 
+# kx_add_ratio_tests(Names...): the same executables once more each, where pixels are not points.
+function(kx_add_ratio_tests)
+    foreach(name ${ARGN})
+        foreach(ratio 1.5 2)
+            add_test(NAME ${name}AtRatio${ratio} COMMAND ${name})
+            set_tests_properties(${name}AtRatio${ratio} PROPERTIES
+                TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_SCALE_FACTOR=${ratio}")
+        endforeach()
+    endforeach()
+endfunction()
+
 # kx_add_x11_test(Name): the same executable once more, on an X server of its own with a window manager.
 function(kx_add_x11_test name)
     find_program(KX_XVFB Xvfb REQUIRED)

@@ -6,6 +6,8 @@
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
+#include <QtCore/QMetaMethod>
+
 #include <utility>
 
 KXImageView::KXImageView(QWidget *parent)
@@ -46,6 +48,16 @@ kx::ViewInterface *KXImageView::hitTest(const QPointF &point)
 bool KXImageView::mouseDownCanMoveWindow() const
 {
     return !m_userInteraction || isExplicitlyHidden();
+}
+
+bool KXImageView::isPressable() const
+{
+    return m_userInteraction && (m_imageViewClick || isSignalConnected(QMetaMethod::fromSignal(&KXImageView::clicked)));
+}
+
+void KXImageView::press()
+{
+    mouseDown(nullptr);
 }
 
 void KXImageView::mouseDown(kx::Event *)

@@ -35,6 +35,10 @@ public:
     /// Called with the new state when a hover begins or ends; empty for none.
     void setHoverStateListener(const std::function<void(bool)> &listener) { m_hoverStateListener = listener; }
 
+    /// While somebody hears of clicks and the mouse may click as well.
+    [[nodiscard]] bool isPressable() const override;
+    void press() override;
+
     [[nodiscard]] kx::ViewInterface *hitTest(const QPointF &point) override;
     [[nodiscard]] bool mouseDownCanMoveWindow() const override;
     void mouseDown(kx::Event *event) override;

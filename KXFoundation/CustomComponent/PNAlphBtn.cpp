@@ -111,7 +111,13 @@ void PNAlphBtn::setSelected(bool selected)
         return;
     m_selected = selected;
     updateImage();
+    checkedStateWasChanged();
     Q_EMIT selectedChanged(selected);
+}
+
+std::optional<bool> PNAlphBtn::checkedState() const
+{
+    return m_selected || m_selectedNormal.image ? m_selected : kx::Button::checkedState();
 }
 
 void PNAlphBtn::setShadowOffset(const QSizeF &offset)

@@ -54,6 +54,8 @@ public:
 
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
+    /// Whether it is selected, if that has a look of its own.
+    [[nodiscard]] std::optional<bool> checkedState() const override;
     /// Where the shadow lies, its height counting upwards; (0, 0) for none. Takes effect at the next display.
     [[nodiscard]] QSizeF shadowOffset() const { return m_shadowOffset; }
     void setShadowOffset(const QSizeF &offset);

@@ -85,13 +85,27 @@ void PNButton::setSelectToolTips(const QString &text)
     showToolTip();
 }
 
+QString PNButton::spokenName() const
+{
+    const QString name = kx::Button::spokenName();
+    if (!name.isEmpty())
+        return name;
+    return m_selected && !m_selectToolTips.isNull() ? m_selectToolTips : m_toolTips;
+}
+
 void PNButton::setSelected(bool selected)
 {
     if (m_selected == selected)
         return;
     m_selected = selected;
     updateImage();
+    checkedStateWasChanged();
     Q_EMIT selectedChanged(selected);
+}
+
+std::optional<bool> PNButton::checkedState() const
+{
+    return m_selected || m_selectedNormalImage ? m_selected : kx::Button::checkedState();
 }
 
 void PNButton::setUserInteraction(bool interacts)
@@ -166,6 +180,12 @@ void PNButton::mouseUp(kx::Event *)
         return;
     m_mouseDown = false;
     updateImage();
+}
+
+void PNButton::pressCancelled()
+{
+    if (std::exchange(m_mouseDown, false))
+        updateImage();
 }
 
 void PNButton::rightMouseDown(kx::Event *) { }

@@ -17,8 +17,8 @@
 /// | yes     | no       | no      | normalImage()                             |
 ///
 /// A button without a hover image gets one by tinting. It performs its action at the release that follows a press on
-/// it, wherever the pointer is by then and whether or not it is still enabled. A hover is neither begun nor ended while
-/// the application shows a modal window. Right clicks are swallowed. Main thread only.
+/// it. Deliberate: wherever the pointer is by then, and whether or not the button is enabled. A hover is neither begun
+/// nor ended while the application shows a modal window. Right clicks are swallowed. Main thread only.
 class KX_UI_EXPORT PNButton : public kx::Button {
     Q_OBJECT
     Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImageIcon)
@@ -46,7 +46,7 @@ public:
 
     [[nodiscard]] kx::Image normalImage() const { return m_normalImage; }
     void setNormalImage(const kx::Image &image);
-    /// Made on first use by tinting the normal image, unless set; kept then.
+    /// Made on first use by tinting the normal image, unless set; kept then, also when that one changes.
     [[nodiscard]] kx::Image hoverImage();
     void setHoverImage(const kx::Image &image);
     /// Shown while the button is pressed, selected or not; absent for no change.
@@ -69,8 +69,13 @@ public:
     [[nodiscard]] QString selectToolTips() const { return m_selectToolTips; }
     void setSelectToolTips(const QString &text);
 
+    /// A hover that is ignored does not take away a tool tip that is the button's name.
+    [[nodiscard]] QString spokenName() const override;
+
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
+    /// Whether it is selected, if that has a look of its own.
+    [[nodiscard]] std::optional<bool> checkedState() const override;
     /// False makes the button transparent to the mouse. True at first.
     [[nodiscard]] bool userInteraction() const { return m_userInteraction; }
     void setUserInteraction(bool interacts);
@@ -88,6 +93,7 @@ public:
     [[nodiscard]] kx::ViewInterface *hitTest(const QPointF &point) override;
     void mouseDown(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void rightMouseDown(kx::Event *event) override;
     void mouseEntered(kx::Event *event) override;
     void mouseExited(kx::Event *event) override;

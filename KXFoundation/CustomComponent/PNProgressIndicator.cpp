@@ -7,6 +7,7 @@
 #include <KXFoundation/Platform/UI/Application.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
 #include <algorithm>
@@ -34,6 +35,7 @@ PNProgressIndicator::PNProgressIndicator(const QRectF &frame, QWidget *parent)
     , m_preloadColor(kx::Color::white(1.0, 0.45))
     , m_unLoadColor(kx::Color::rgba(1.0, 1.0, 1.0, 0.3))
     , m_starClipsColor(kx::Color::rgba(1.0, 151.0 / 255.0, 0.0, 1.0))
+    , m_keyboardFocus(std::make_unique<kx::KeyboardFocus>())
     , m_clips(std::make_unique<StarClips>())
     , m_painter(std::make_unique<PlaybackBarPainter>())
 {
@@ -275,10 +277,15 @@ void PNProgressIndicator::mouseUp(kx::Event *)
     reportDrag();
 }
 
+void PNProgressIndicator::pressCancelled()
+{
+    if (std::exchange(m_isMouseDown, false))
+        setNeedsDisplay();
+}
+
 void PNProgressIndicator::keyDown(kx::Event *event)
 {
-    const std::optional<double> value =
-        event && m_userInteraction && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
+    const std::optional<double> value = event && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
     if (value)
         setByUser(*value);
     else
@@ -308,7 +315,8 @@ kx::RangeState PNProgressIndicator::rangeState() const
         .minimum = m_minValue,
         .maximum = m_maxValue,
         .step = all / 100,
-        .pageStep = all / 10};
+        .pageStep = all / 10,
+        .isAdjustable = m_userInteraction};
 }
 
 void PNProgressIndicator::setByUser(double value)
@@ -325,9 +333,16 @@ QString PNProgressIndicator::valueText() const
     return m_valueFormatter ? m_valueFormatter(value) : kx::timeText(value);
 }
 
+bool PNProgressIndicator::event(QEvent *event)
+{
+    return m_keyboardFocus->refuses(*this, *event) || kx::View::event(event);
+}
+
 void PNProgressIndicator::drawRect(QPainter &painter, const QRectF &dirtyRect)
 {
     m_painter->paint(painter, *this, geometry(), *m_clips, dirtyRect);
+    if (m_keyboardFocus->isShown(*this))
+        kx::drawFocusRing(painter, palette(), QRectF(rect()));
 }
 
 PlaybackBarGeometry PNProgressIndicator::geometry() const

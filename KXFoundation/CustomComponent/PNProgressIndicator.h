@@ -14,6 +14,9 @@
 class PlaybackBarGeometry;
 class PlaybackBarPainter;
 class StarClips;
+namespace kx {
+class KeyboardFocus;
+}
 
 /// The progress bar of a player: what is loaded, what has been played, ticks, and a knob at the present position. It
 /// grows under the pointer and tells where the pointer is; the knob can be dragged. In star mode it shows highlighted
@@ -158,6 +161,7 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void keyDown(kx::Event *event) override;
     void updateTrackingAreas() override;
 
@@ -178,6 +182,7 @@ Q_SIGNALS:
     void starClipDurationDidEnd(qint32 index);
 
 protected:
+    bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
 
 private:
@@ -223,6 +228,7 @@ private:
     ClipHandler m_starClipWillEndHandler;
     ClipHandler m_starClipDidEndHandler;
     std::function<QString(double)> m_valueFormatter;
+    std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
     std::unique_ptr<StarClips> m_clips;
     std::unique_ptr<PlaybackBarPainter> m_painter;
 };

@@ -4,6 +4,7 @@
 #include <KXFoundation/CustomComponent/SliderGeometry.h>
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/Platform/UI/WindowQueries.h>
 
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -39,6 +41,7 @@ PNProgressSlider::PNProgressSlider(const QRectF &frame, QWidget *parent)
     : kx::View(parent)
     , m_mainColor(kx::Color::rgba(231.0 / 255.0, 60.0 / 255.0, 49.0 / 255.0, 1.0))
     , m_bgColor(kx::Color::white(1.0, 0.45))
+    , m_keyboardFocus(std::make_unique<kx::KeyboardFocus>())
 {
     setFrame(frame);
     setFocusPolicy(Qt::TabFocus);
@@ -174,10 +177,15 @@ void PNProgressSlider::cursorUpdate(kx::Event *)
         kx::Cursor::set(Qt::PointingHandCursor);
 }
 
+void PNProgressSlider::pressCancelled()
+{
+    if (std::exchange(m_isMouseDown, false))
+        setNeedsDisplay();
+}
+
 void PNProgressSlider::keyDown(kx::Event *event)
 {
-    const std::optional<double> value =
-        event && m_userInteraction && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
+    const std::optional<double> value = event && !m_isMouseDown ? valueForKey(*event) : std::nullopt;
     if (value)
         setByUser(*value);
     else
@@ -202,7 +210,8 @@ kx::RangeState PNProgressSlider::rangeState() const
         .minimum = m_minValue,
         .maximum = m_maxValue,
         .step = isSegment() ? segment : range() / 100,
-        .pageStep = isSegment() ? segment : range() / 10};
+        .pageStep = isSegment() ? segment : range() / 10,
+        .isAdjustable = m_userInteraction};
 }
 
 void PNProgressSlider::setByUser(double value)
@@ -218,6 +227,11 @@ void PNProgressSlider::setByUser(double value)
 QString PNProgressSlider::valueText() const
 {
     return m_valueFormatter ? m_valueFormatter(currentValue()) : QString::number(currentValue());
+}
+
+bool PNProgressSlider::event(QEvent *event)
+{
+    return m_keyboardFocus->refuses(*this, *event) || kx::View::event(event);
 }
 
 void PNProgressSlider::drawRect(QPainter &painter, const QRectF &)
@@ -240,6 +254,8 @@ void PNProgressSlider::drawRect(QPainter &painter, const QRectF &)
         image.draw(painter, widgetRect(m_knobRect));
     if (isSegment())
         drawMarks(painter);
+    if (m_keyboardFocus->isShown(*this))
+        kx::drawFocusRing(painter, palette(), QRectF(rect()));
 }
 
 void PNProgressSlider::drawMarks(QPainter &painter) const

@@ -8,6 +8,11 @@
 #include <KXFoundation/Platform/UI/View.h>
 
 #include <functional>
+#include <memory>
+
+namespace kx {
+class KeyboardFocus;
+}
 
 /// A slider, horizontal or vertical: a thin track, filled up to a knob that the user drags. With segments, the value is
 /// the nearest of their ends, which are marked.
@@ -104,6 +109,7 @@ public:
     void mouseDown(kx::Event *event) override;
     void mouseDragged(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void cursorUpdate(kx::Event *event) override;
     void keyDown(kx::Event *event) override;
     /// Deliberate: every call but the first leaves the slider without a tracking area.
@@ -122,6 +128,7 @@ Q_SIGNALS:
     void indicatorDragged(bool finished, double value);
 
 protected:
+    bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
 
 private:
@@ -153,4 +160,5 @@ private:
     kx::TrackingAreaRef m_trackingArea;
     DragHandler m_draggedIndicatorHandler;
     std::function<QString(double)> m_valueFormatter;
+    std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
 };

@@ -120,8 +120,15 @@ void PNTextColorButton::setSelected(bool selected)
     m_selected = selected;
     const QPointer<PNTextColorButton> alive(this);
     updateCoclor();
-    if (alive)
-        Q_EMIT selectedChanged(selected);
+    if (!alive)
+        return;
+    checkedStateWasChanged();
+    Q_EMIT selectedChanged(selected);
+}
+
+std::optional<bool> PNTextColorButton::checkedState() const
+{
+    return m_selected || m_selectedTextColor ? m_selected : kx::Button::checkedState();
 }
 
 void PNTextColorButton::setState(int state)
@@ -253,6 +260,12 @@ void PNTextColorButton::mouseUp(kx::Event *)
     performAction();
     if (alive)
         m_mouseDown = false;
+}
+
+void PNTextColorButton::pressCancelled()
+{
+    if (std::exchange(m_mouseDown, false))
+        updateCoclor();
 }
 
 void PNTextColorButton::mouseEntered(kx::Event *)

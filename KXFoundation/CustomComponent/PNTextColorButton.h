@@ -89,6 +89,8 @@ public:
     void setCornerRadius(double radius);
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
+    /// Whether it is selected, if that has a look of its own.
+    [[nodiscard]] std::optional<bool> checkedState() const override;
 
     /// Also renders the title of the new state.
     void setState(int state) override;
@@ -121,6 +123,7 @@ public:
 
     void mouseDown(kx::Event *event) override;
     void mouseUp(kx::Event *event) override;
+    void pressCancelled() override;
     void mouseEntered(kx::Event *event) override;
     void mouseExited(kx::Event *event) override;
     void mouseMoved(kx::Event *event) override;

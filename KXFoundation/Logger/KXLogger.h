@@ -15,7 +15,7 @@ class TextBuffer;
 class UpdateFile;
 } // namespace kx
 
-/// Writes lines to one file per run: <logBasePath>/<yyyy-MM-dd>/<HH-mm-ss>.log, in UTF-8, named by the local time at
+/// Writes lines to one file per run: `<logBasePath>/<yyyy-MM-dd>/<HH-mm-ss>.log`, in UTF-8, named by the local time at
 /// which the file was made.
 ///
 /// A line carries a type, a plain number; it is recorded when logType() is not above it, both read as unsigned.

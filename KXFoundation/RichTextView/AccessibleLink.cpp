@@ -47,8 +47,8 @@ QAccessible::State AccessibleLink::state() const
     }
     state.linked = true;
     state.disabled = !m_view->isEnabled() || !m_view->userInteraction();
-    state.focusable = !state.disabled;
-    state.focused = m_view->hasFocus() && m_body.currentLink == m_index;
+    state.focusable = !state.disabled && m_view->focusPolicy() != Qt::NoFocus;
+    state.focused = !state.disabled && m_view->hasFocus() && m_body.currentLink == m_index;
     state.invisible = !m_view->isVisible();
     return state;
 }
@@ -64,16 +64,22 @@ void *AccessibleLink::interface_cast(QAccessible::InterfaceType type)
 
 QStringList AccessibleLink::actionNames() const
 {
-    return {pressAction(), setFocusAction()};
+    const QAccessible::State now = state();
+    QStringList names;
+    if (!now.invalid && !now.disabled)
+        names.append(pressAction());
+    if (now.focusable)
+        names.append(setFocusAction());
+    return names;
 }
 
 void AccessibleLink::doAction(const QString &actionName)
 {
-    if (!isValid() || state().disabled)
+    if (!actionNames().contains(actionName))
         return;
     if (actionName == pressAction())
         AccessibleRichText::follow(*m_view, m_index); // the view may be gone, and this with it
-    else if (actionName == setFocusAction())
+    else
         AccessibleRichText::focus(*m_view, m_index);
 }
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/RichTextView/AccessibleRichText.h>
 
+#include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/RichTextView/AccessibleLink.h>
 #include <KXFoundation/RichTextView/KXRichTextView.h>
 #include <KXFoundation/RichTextView/RichTextBody.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -34,11 +34,7 @@ kx::TextRange rangeBetween(int startOffset, int endOffset, quint64 textLength)
 
 void makeRichTextAccessible()
 {
-    static const bool once = [] {
-        QAccessible::installFactory(accessibleRichText);
-        return true;
-    }();
-    static_cast<void>(once);
+    QAccessible::installFactory(accessibleRichText); // once for each application object, however often it is asked to
 }
 
 void tellOfNewText(KXRichTextView &view, const QString &before, const QString &now)
@@ -51,14 +47,28 @@ void tellOfNewText(KXRichTextView &view, const QString &before, const QString &n
     QAccessible::updateAccessibility(&name);
 }
 
+void tellOfNewLinks(KXRichTextView &view)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent children(&view, QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&children);
+}
+
 void tellOfCurrentLink(KXRichTextView &view)
 {
-    QAccessibleInterface *text = QAccessible::isActive() ? QAccessible::queryAccessibleInterface(&view) : nullptr;
-    QAccessibleInterface *link = text ? text->focusChild() : nullptr;
-    if (!link)
+    if (!QAccessible::isActive())
         return;
-    QAccessibleEvent focus(link, QAccessible::Focus);
-    QAccessible::updateAccessibility(&focus);
+    // Qt tells of the view after it has got the focus, and what is told last counts.
+    const auto tell = [&view] {
+        QAccessibleInterface *text = QAccessible::queryAccessibleInterface(&view);
+        QAccessibleInterface *link = text ? text->focusChild() : nullptr;
+        if (!link || link == text)
+            return;
+        QAccessibleEvent focus(link, QAccessible::Focus);
+        QAccessible::updateAccessibility(&focus);
+    };
+    QMetaObject::invokeMethod(&view, tell, Qt::QueuedConnection);
 }
 
 AccessibleRichText::AccessibleRichText(KXRichTextView &view)
@@ -80,14 +90,17 @@ void AccessibleRichText::follow(KXRichTextView &view, qsizetype index)
 
 void AccessibleRichText::focus(KXRichTextView &view, qsizetype index)
 {
+    if (view.hasFocus()) {
+        view.setCurrentLink(index);
+        return;
+    }
+    view.m_body->currentLink = index; // the focus stays at it when it comes
     view.setFocus(Qt::OtherFocusReason);
-    view.setCurrentLink(index);
 }
 
 QRect AccessibleRichText::onScreen(const KXRichTextView &view, const QRectF &rect)
 {
-    const bool finite = std::isfinite(rect.x()) && std::isfinite(rect.y());
-    return finite ? rect.translated(view.mapToGlobal(QPointF(0, 0))).toAlignedRect() : QRect();
+    return kx::pixelsAround(rect.translated(view.mapToGlobal(QPointF(0, 0)))).value_or(QRect());
 }
 
 QString AccessibleRichText::spoken(QString text)
@@ -172,8 +185,12 @@ int AccessibleRichText::indexOfChild(const QAccessibleInterface *child) const
 
 QAccessibleInterface *AccessibleRichText::focusChild() const
 {
-    if (!view().hasFocus())
-        return QAccessibleWidget::focusChild();
+    QAccessibleInterface *link = view().hasFocus() ? currentLink() : nullptr;
+    return link ? link : QAccessibleWidget::focusChild();
+}
+
+QAccessibleInterface *AccessibleRichText::currentLink() const
+{
     for (const QAccessible::Id id : links()) {
         auto *const link = static_cast<AccessibleLink *>(QAccessible::accessibleInterface(id));
         if (link->index() == body().currentLink)
@@ -182,8 +199,7 @@ QAccessibleInterface *AccessibleRichText::focusChild() const
     return nullptr;
 }
 
-// --- the text
-// ----------------------------------------------------------------------------------------------------------
+// --- the text --------------------------------------------------------------------------------------------------------
 
 void AccessibleRichText::selection(int selectionIndex, int *startOffset, int *endOffset) const
 {
@@ -216,18 +232,21 @@ void AccessibleRichText::setSelection(int selectionIndex, int startOffset, int e
     int start = 0;
     int end = 0;
     selection(0, &start, &end);
+    body().caret = end;
     QAccessibleTextSelectionEvent event(&view(), start, end);
     QAccessible::updateAccessibility(&event);
 }
 
 int AccessibleRichText::cursorPosition() const
 {
-    return std::min(m_cursorPosition, characterCount());
+    return body().caret;
 }
 
 void AccessibleRichText::setCursorPosition(int position)
 {
-    m_cursorPosition = std::clamp(position, 0, characterCount());
+    body().caret = std::clamp(position, 0, characterCount());
+    QAccessibleTextCursorEvent event(&view(), body().caret);
+    QAccessible::updateAccessibility(&event);
 }
 
 QString AccessibleRichText::text(int startOffset, int endOffset) const
@@ -258,13 +277,18 @@ int AccessibleRichText::offsetAtPoint(const QPoint &point) const
 
 QString AccessibleRichText::attributes(int offset, int *startOffset, int *endOffset) const
 {
-    const kx::AttributedString &string = body().textStorage.attributedString();
-    const qsizetype run = string.runAt(quint64(std::max(offset, 0)));
-    if (offset < 0 || run == string.runs().size()) {
+    // As Qt's own texts have it: -2 is the caret, -1 the end, and there the last character is meant.
+    if (offset == -2)
+        offset = cursorPosition();
+    if (offset == -1 || offset == characterCount())
+        offset = characterCount() - 1;
+    if (offset < 0 || offset >= characterCount()) {
         *startOffset = -1;
         *endOffset = -1;
         return {};
     }
+    const kx::AttributedString &string = body().textStorage.attributedString();
+    const qsizetype run = string.runAt(quint64(offset));
     const kx::TextRange range = string.rangeOfRun(run);
     *startOffset = int(range.location);
     *endOffset = int(range.location + range.length);

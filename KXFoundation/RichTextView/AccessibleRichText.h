@@ -12,7 +12,9 @@ class RichTextBody;
 void makeRichTextAccessible();
 /// Tells assistive technology that a view shows another text.
 void tellOfNewText(KXRichTextView &view, const QString &before, const QString &now);
-/// Tells it which link the keyboard has reached.
+/// Tells it that the view's links are others than before.
+void tellOfNewLinks(KXRichTextView &view);
+/// Tells it which link the keyboard has reached, if any, when the caller is done.
 void tellOfCurrentLink(KXRichTextView &view);
 
 /// A rich text view as assistive technology meets it: a text that can be read and selected, with a child for each link.
@@ -58,8 +60,8 @@ private:
     [[nodiscard]] RichTextBody &body() const;
     [[nodiscard]] QString shownText() const;
     const QList<QAccessible::Id> &links() const;
+    [[nodiscard]] QAccessibleInterface *currentLink() const;
 
     mutable QList<QAccessible::Id> m_links; // of the text of this revision
     mutable quint64 m_revision = 0;
-    int m_cursorPosition = 0;
 };

@@ -4,6 +4,7 @@
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/WindowQueries.h>
 #include <KXFoundation/RichTextView/AccessibleRichText.h>
 #include <KXFoundation/RichTextView/CombinedRuns.h>
 #include <KXFoundation/RichTextView/KXAttributedString.h>
@@ -40,15 +41,20 @@ void KXRichTextView::setKXAttributedStrings(const Runs &runs)
 {
     const CombinedRuns content = combined(runs);
     const QString oldText = m_body->textStorage.attributedString().string();
+    const bool hadLinks = m_body->hasLinks();
     m_body->items = content.items;
     m_body->textStorage.setAttributedString(content.text);
     m_body->selection = {};
+    m_body->caret = 0;
     m_body->currentLink = hasFocus() ? m_body->linkBeside(-1, true) : -1;
     updateFocusPolicy();
     if (_isAutoLayout())
         invalidateIntrinsicContentSize();
     setNeedsDisplay(); // of the text's own area, too
     tellOfNewText(*this, oldText, content.text.string());
+    if (hadLinks || m_body->hasLinks())
+        tellOfNewLinks(*this);
+    tellOfCurrentLink(*this);
 }
 
 void KXRichTextView::setUseRoundCorner(bool useRoundCorner)
@@ -135,7 +141,7 @@ void KXRichTextView::keyDown(kx::Event *event)
     const bool follows = key && !key->isAutoRepeat()
         && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Space
             || key->key() == Qt::Key_Select);
-    if (follows && m_userInteraction && m_body->isLink(m_body->currentLink))
+    if (follows && isAtLink())
         clickRun(m_body->items.at(m_body->currentLink).kxas());
     else
         kx::View::keyDown(event);
@@ -143,11 +149,7 @@ void KXRichTextView::keyDown(kx::Event *event)
 
 void KXRichTextView::cursorUpdate(kx::Event *)
 {
-    const QWidget *window = shownWindow();
-    const bool windowIgnoresMouse = window
-        && (window->testAttribute(Qt::WA_TransparentForMouseEvents)
-            || window->windowFlags().testFlag(Qt::WindowTransparentForInput));
-    if (!windowIgnoresMouse && m_userCursor)
+    if (!kx::ignoresMouseEvents(shownWindow()) && m_userCursor)
         kx::Cursor::set(Qt::PointingHandCursor);
 }
 
@@ -169,7 +171,7 @@ void KXRichTextView::drawRect(QPainter &painter, const QRectF &dirtyRect)
     if (m_backgroundColor)
         painter.fillRect(dirtyRect, m_backgroundColor.toQColor());
     drawBody(painter, *m_body, palette().color(QPalette::Highlight), dirtyRect);
-    if (hasFocus() && m_body->isLink(m_body->currentLink))
+    if (hasFocus() && isAtLink())
         drawFocusFrames(painter, *this, m_body->rectsOf(m_body->items.at(m_body->currentLink).range()));
     painter.restore();
 }
@@ -187,8 +189,9 @@ void KXRichTextView::changeEvent(QEvent *event)
 void KXRichTextView::focusInEvent(QFocusEvent *event)
 {
     const bool backwards = event->reason() == Qt::BacktabFocusReason;
-    if (backwards || event->reason() == Qt::TabFocusReason || !m_body->isLink(m_body->currentLink))
-        setCurrentLink(m_body->linkBeside(backwards ? m_body->items.size() : -1, !backwards));
+    const bool starts = backwards || event->reason() == Qt::TabFocusReason || !m_body->isLink(m_body->currentLink);
+    setCurrentLink(
+        starts ? m_body->linkBeside(backwards ? m_body->items.size() : -1, !backwards) : m_body->currentLink);
     kx::View::focusInEvent(event);
 }
 
@@ -200,11 +203,17 @@ void KXRichTextView::focusOutEvent(QFocusEvent *event)
 
 bool KXRichTextView::focusNextPrevChild(bool next)
 {
-    const qsizetype link = hasFocus() ? m_body->linkBeside(m_body->currentLink, next) : -1;
+    const qsizetype link = hasFocus() && m_userInteraction ? m_body->linkBeside(m_body->currentLink, next) : -1;
     if (link < 0)
         return kx::View::focusNextPrevChild(next);
     setCurrentLink(link);
     return true;
+}
+
+// Whether there is a link for the keys to follow.
+bool KXRichTextView::isAtLink() const
+{
+    return m_userInteraction && m_body->isLink(m_body->currentLink);
 }
 
 void KXRichTextView::setCurrentLink(qsizetype index)
@@ -219,6 +228,6 @@ void KXRichTextView::updateFocusPolicy()
 {
     if (focusPolicy() != m_ownFocusPolicy)
         return;
-    m_ownFocusPolicy = m_userInteraction && m_body->linkBeside(-1, true) >= 0 ? Qt::TabFocus : Qt::NoFocus;
+    m_ownFocusPolicy = m_userInteraction && m_body->hasLinks() ? Qt::TabFocus : Qt::NoFocus;
     setFocusPolicy(m_ownFocusPolicy);
 }

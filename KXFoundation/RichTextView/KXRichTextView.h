@@ -108,6 +108,7 @@ private:
     void _init();
     [[nodiscard]] QColor designerBackgroundColor() const { return m_backgroundColor.toQColor(); }
     void updateFocusPolicy();
+    [[nodiscard]] bool isAtLink() const;
     void setCurrentLink(qsizetype index);
     /// Does what a click on the run does. The view may be gone afterwards.
     void clickRun(const std::shared_ptr<KXAttributedString> &run);

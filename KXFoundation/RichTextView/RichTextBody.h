@@ -20,6 +20,7 @@ public:
     QMarginsF insets;
 
     kx::TextRange selection; ///< chosen by assistive technology
+    int caret = 0; ///< where assistive technology reads, in characters of the text
     qsizetype currentLink = -1; ///< the index of the item that the keyboard has reached
 
     /// The part of the text that lies in it.
@@ -31,6 +32,7 @@ public:
 
     /// Whether there is something to click at this index.
     [[nodiscard]] bool isLink(qsizetype index) const;
+    [[nodiscard]] bool hasLinks() const { return linkBeside(-1, true) >= 0; }
     /// The indexes of all links.
     [[nodiscard]] QList<qsizetype> links() const;
     /// The next link behind or before an index, which may lie outside of the list; -1 for none.

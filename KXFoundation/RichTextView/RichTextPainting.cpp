@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/RichTextView/RichTextPainting.h>
 
+#include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/RichTextView/RichTextBody.h>
 
 #include <QtGui/QPainter>
@@ -10,17 +11,7 @@
 #include <QtWidgets/QStyleOption>
 #include <QtWidgets/QWidget>
 
-#include <cmath>
 #include <utility>
-
-namespace {
-
-bool isFinite(const QRectF &rect)
-{
-    return std::isfinite(rect.x()) && std::isfinite(rect.y());
-}
-
-} // namespace
 
 void clipToRoundCorner(QPainter &painter, const QSizeF &size)
 {
@@ -50,7 +41,7 @@ void drawBody(QPainter &painter, RichTextBody &body, const QColor &selectionColo
             layoutManager.drawBackgroundForGlyphRange(painter, background.bgColorRange(), QPointF(0, 0), dirtyRect);
     }
     for (const QRectF &rect : body.rectsOf(body.selection)) {
-        if (isFinite(rect))
+        if (kx::pixelsAround(rect))
             painter.fillRect(rect, selectionColor);
     }
     const kx::TextRange glyphs = layoutManager.glyphRange();
@@ -65,7 +56,7 @@ void drawFocusFrames(QPainter &painter, const QWidget &widget, const QList<QRect
     option.initFrom(&widget);
     option.state |= QStyle::State_KeyboardFocusChange;
     for (const QRectF &rect : rects) {
-        option.rect = isFinite(rect) ? rect.toAlignedRect() : QRect();
+        option.rect = kx::pixelsAround(rect).value_or(QRect());
         if (!option.rect.isEmpty())
             widget.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, &widget);
     }

@@ -99,6 +99,8 @@ void ButtonsPage::addPNButtons()
     button = heartButton();
     button->setIsIgnoreHover(true);
     addButton(u"ignoring a hover"_s, button, entering(button)).looksLike = u"normal"_s;
+    button = heartButton();
+    addButton(u"reached by Tab"_s, button, reaching(button));
 }
 
 void ButtonsPage::addPNAlphBtns()
@@ -131,6 +133,13 @@ void ButtonsPage::addPNAlphBtns()
     button->setShadowOffset({6, 6});
     State &beyond = addButton(u"shadow beyond the edges"_s, button);
     beyond.picture->setBackgroundRole(QPalette::BrightText);
+    button = new PNAlphBtn;
+    button->setHoverImage(icons::disc(24, QColor(255, 46, 67)));
+    button->setShadowOffset({0, -4});
+    State &reached = addButton(u"shadow reached by Tab"_s, button, reaching(button));
+    reached.picture->setBackgroundRole(QPalette::BrightText);
+    button = playButton();
+    addButton(u"reached by Tab"_s, button, reaching(button));
 }
 
 void ButtonsPage::addPNTextColorButtons()
@@ -154,6 +163,8 @@ void ButtonsPage::addPNTextColorButtons()
     addButton(u"selected"_s, selected(titleButton()));
     button = selected(titleButton());
     addButton(u"selected hovered"_s, button, entering(button));
+    button = titleButton();
+    addButton(u"reached by Tab"_s, button, reaching(button));
     button = titleButton();
     button->setEnabled(false);
     addButton(u"disabled"_s, button).looksLike = u"normal"_s;

@@ -66,6 +66,11 @@ State &GalleryPage::addCell(const State &state, QWidget *shown)
     return m_states.last();
 }
 
+std::function<void()> GalleryPage::reaching(QWidget *control)
+{
+    return [control] { control->setFocus(Qt::TabFocusReason); };
+}
+
 kx::Event GalleryPage::pressAt(const kx::ViewInterface &view, const QPointF &point)
 {
     QWidget *window = view.widget()->window();

@@ -30,6 +30,8 @@ protected:
     /// As add(), for a control that is a window: the page has a button that opens it.
     State &addWindow(const QString &name, QWidget *window, const std::function<void()> &enter = {});
 
+    /// Gives a control the focus as Tab does.
+    [[nodiscard]] static std::function<void()> reaching(QWidget *control);
     /// A press at a point of a view, in its coordinates.
     [[nodiscard]] static kx::Event pressAt(const kx::ViewInterface &view, const QPointF &point);
 

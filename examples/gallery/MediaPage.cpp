@@ -112,6 +112,8 @@ void MediaPage::addPNProgressIndicators()
     next->setPreloadColor(QColor(200, 200, 120, 160));
     addBar(u"own colours"_s, next);
     next = bar();
+    addBar(u"reached by Tab"_s, next, reaching(next));
+    next = bar();
     next->setUnLoadColor(Qt::blue);
     addBar(u"track colour given"_s, next).looksLike = u"played and preloaded"_s;
 }
@@ -153,11 +155,16 @@ void MediaPage::addPNProgressSliders()
     next->setBgColor(Qt::blue);
     addSlider(u"track colour given"_s, next).looksLike = u"in the middle"_s;
     next = slider(0.5);
+    addSlider(u"reached by Tab"_s, next, reaching(next));
+    next = slider(0.5);
     next->setKnobImage(nullptr);
     addSlider(u"without a knob"_s, next);
     next = slider(0.6);
     next->setUseVertical(true);
     addSlider(u"vertical"_s, next);
+    next = slider(0.6);
+    next->setUseVertical(true);
+    addSlider(u"vertical reached by Tab"_s, next, reaching(next));
     next = slider(0.2);
     next->setUseVertical(true);
     addSlider(u"vertical dragged"_s, next, pressing(next, {10, 40}));

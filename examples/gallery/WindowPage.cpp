@@ -74,7 +74,7 @@ void WindowPage::addPNStandardWindowButtonViews()
     group->miniBtn()->setEnabled(false);
     addGroup(u"one disabled"_s, group);
     group = new PNStandardWindowButtonView;
-    addGroup(u"reached by Tab"_s, group, [group] { group->closeBtn()->setFocus(Qt::TabFocusReason); });
+    addGroup(u"reached by Tab"_s, group, reaching(group->closeBtn()));
 }
 
 void WindowPage::addPNBaseViews()

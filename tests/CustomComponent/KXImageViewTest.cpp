@@ -2,8 +2,12 @@
 #include <KXFoundation/CustomComponent/KXImageView.h>
 
 #include <KXFoundation/Platform/UI/Cursor.h>
+#include <KXFoundation/Platform/UI/View.h>
+#include <KXFoundation/Platform/UI/Window.h>
 
+#include <Support/LoggingWindow.h>
 #include <Support/Pointer.h>
+#include <Support/TestImages.h>
 
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
@@ -11,6 +15,8 @@
 #include <QtWidgets/QDialog>
 
 using namespace Qt::StringLiterals;
+
+using kx::test::colorAt;
 
 class KXImageViewTest : public QObject {
     Q_OBJECT
@@ -22,11 +28,14 @@ private Q_SLOTS:
     void showsItsImageScaledDown();
     void showsItsImageOnWholePixels();
     void clicksAtThePress();
+    void swallowsThePress();
     void reportsHovers();
     void reportsNothingInAWindowThatIgnoresTheMouse();
     void changesNothingUnderAModalWindow();
+    void changesNothingInAModalWindowOfItsOwn();
     void isNotHitWithoutInteraction();
     void mayMoveTheWindowOnlyWithoutInteraction();
+    void aDragOnItMovesTheWindowOnlyWithoutInteraction();
     void keepsItsTrackingAreaUntilTheNextUpdate();
     void setsTheCursor();
     void mayBeDeletedByItsClick();
@@ -71,10 +80,10 @@ void KXImageViewTest::showsItsImageScaledDown()
     m_view->setImage(image);
     QCOMPARE(m_view->intrinsicContentSize(), QSizeF(120, 40));
     const QImage shown = m_view->grab().toImage(); // 60 x 20 in the middle
-    QCOMPARE(shown.pixelColor(1, 20), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(58, 11), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(30, 8) != QColor(Qt::red));
-    QVERIFY(shown.pixelColor(30, 31) != QColor(Qt::red));
+    QCOMPARE(colorAt(shown, 1.5, 20.5), QColor(Qt::red));
+    QCOMPARE(colorAt(shown, 58.5, 11.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 30.5, 8.5) != QColor(Qt::red));
+    QVERIFY(colorAt(shown, 30.5, 31.5) != QColor(Qt::red));
 }
 
 void KXImageViewTest::showsItsImageOnWholePixels()
@@ -85,10 +94,11 @@ void KXImageViewTest::showsItsImageOnWholePixels()
         return true;
     }));
     const QImage shown = m_view->grab().toImage();
-    QCOMPARE(shown.pixelColor(20, 15), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(40, 25), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(19, 20) != QColor(Qt::red));
-    QVERIFY(shown.pixelColor(41, 20) != QColor(Qt::red));
+    const double ratio = shown.devicePixelRatio();
+    QCOMPARE(kx::test::countPixels(shown, Qt::red), static_cast<int>(21 * ratio) * static_cast<int>(11 * ratio));
+    QCOMPARE(colorAt(shown, 20.5, 15.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 19, 20.5) != QColor(Qt::red));
+    QVERIFY(colorAt(shown, 41.5, 20.5) != QColor(Qt::red));
 }
 
 void KXImageViewTest::clicksAtThePress()
@@ -103,6 +113,23 @@ void KXImageViewTest::clicksAtThePress()
     pointer.release();
     QCOMPARE(clicks, 1);
     QCOMPARE(signal.count(), 1);
+    m_view->setEnabled(false); // does not matter
+    pointer.click({10, 10});
+    QCOMPARE(clicks, 2);
+}
+
+void KXImageViewTest::swallowsThePress()
+{
+    auto *parent = new LoggingWidget(m_window.get());
+    parent->resize(200, 100);
+    auto *view = new KXImageView(parent);
+    view->setGeometry(0, 0, 60, 40);
+    parent->show();
+    Pointer pointer(*view);
+    pointer.moveTo({10, 10});
+    pointer.press();
+    QCOMPARE(parent->clicks(), QList<QEvent::Type>());
+    pointer.release();
 }
 
 void KXImageViewTest::reportsHovers()
@@ -125,6 +152,11 @@ void KXImageViewTest::reportsNothingInAWindowThatIgnoresTheMouse()
     m_view->mouseEntered(nullptr);
     m_view->mouseExited(nullptr);
     QVERIFY(m_hovers.isEmpty());
+
+    m_view->mouseEntered(nullptr); // the hover is there all the same
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents, false);
+    m_view->updateTrackingAreas();
+    QCOMPARE(m_hovers, QList<bool>{false});
 }
 
 void KXImageViewTest::changesNothingUnderAModalWindow()
@@ -139,6 +171,26 @@ void KXImageViewTest::changesNothingUnderAModalWindow()
     dialog.show();
     m_view->mouseExited(nullptr);
     QCOMPARE(m_hovers, QList<bool>{true});
+}
+
+// Deliberate: it does not matter whose modal window it is.
+void KXImageViewTest::changesNothingInAModalWindowOfItsOwn()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.resize(200, 100);
+    KXImageView view(&dialog);
+    view.setGeometry(20, 20, 60, 40);
+    view.setHoverStateListener([this](bool hovered) { m_hovers << hovered; });
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Pointer pointer(view);
+    pointer.moveTo({100, 10});
+    pointer.moveTo({10, 10});
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    view.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    QVERIFY(m_hovers.isEmpty());
 }
 
 void KXImageViewTest::isNotHitWithoutInteraction()
@@ -166,6 +218,31 @@ void KXImageViewTest::mayMoveTheWindowOnlyWithoutInteraction()
     QVERIFY(m_view->mouseDownCanMoveWindow());
 }
 
+void KXImageViewTest::aDragOnItMovesTheWindowOnlyWithoutInteraction()
+{
+    kx::Window window(QRectF(200, 200, 200, 100), kx::WindowStyle::Borderless);
+    window.setMovableByWindowBackground(true);
+    window.setCentralWidget(new kx::View);
+    auto *view = new KXImageView(window.centralWidget());
+    view->setGeometry(20, 20, 60, 40);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto dragged = [&] {
+        const QPointF before = window.frame().topLeft();
+        Pointer pointer(*view);
+        pointer.queue();
+        pointer.drag({10, 10}, {60, 10}, 2);
+        pointer.deliver();
+        return window.frame().topLeft() - before;
+    };
+    QSignalSpy clicked(view, &KXImageView::clicked);
+    QCOMPARE(dragged(), QPointF(0, 0));
+    QCOMPARE(clicked.count(), 1);
+    view->setUserInteraction(false);
+    QCOMPARE(dragged(), QPointF(50, 0));
+    QCOMPARE(clicked.count(), 1);
+}
+
 void KXImageViewTest::keepsItsTrackingAreaUntilTheNextUpdate()
 {
     QCOMPARE(m_view->trackingAreas().size(), 1);
@@ -190,6 +267,12 @@ void KXImageViewTest::setsTheCursor()
     m_view->setNeedIBeamCursor(true);
     pointer.moveTo({10, 10});
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::IBeamCursor);
+
+    m_view->mouseExited(nullptr); // sets one of its own
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_view->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
 }
 
 void KXImageViewTest::mayBeDeletedByItsClick()

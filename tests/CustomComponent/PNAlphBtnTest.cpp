@@ -53,7 +53,9 @@ private Q_SLOTS:
     void showsToolTips();
     void hovers();
     void ignoresAHoverInAWindowThatIgnoresTheMouse();
+    void equalValuesChangeNothing();
     void changesNothingUnderAModalWindow();
+    void changesNothingInAModalWindowOfItsOwn();
     void restsWithoutAReport();
     void isPressedLikeAnyButton();
     void tracksEvenWhileDisabled();
@@ -204,13 +206,27 @@ void PNAlphBtnTest::hovers()
 
 void PNAlphBtnTest::ignoresAHoverInAWindowThatIgnoresTheMouse()
 {
+    const kx::Image image = square(Qt::blue);
+    m_button->setNormalImage(image);
     m_button->setToolTips(u"play"_s);
     m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_button->mouseEntered(nullptr);
     QVERIFY(m_hovers.isEmpty());
+    QVERIFY(m_button->image() != image);
     QCOMPARE(m_button->toolTip(), u"play"_s);
+    m_button->updateImage(); // the hover is there all the same
+    QVERIFY(m_button->image() == image);
     m_button->mouseExited(nullptr);
     QCOMPARE(m_hovers, QList<bool>{false});
+}
+
+void PNAlphBtnTest::equalValuesChangeNothing()
+{
+    m_button->setNormalImage(square(Qt::blue));
+    const kx::Image other = square(Qt::red);
+    m_button->setImage(other);
+    m_button->setSelected(false);
+    QVERIFY(m_button->image() == other);
 }
 
 void PNAlphBtnTest::changesNothingUnderAModalWindow()
@@ -221,6 +237,26 @@ void PNAlphBtnTest::changesNothingUnderAModalWindow()
     m_button->mouseEntered(nullptr);
     m_button->mouseExited(nullptr);
     QVERIFY(m_hovers.isEmpty());
+}
+
+// Deliberate: it does not matter whose modal window it is.
+void PNAlphBtnTest::changesNothingInAModalWindowOfItsOwn()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.resize(200, 100);
+    PNAlphBtn button(&dialog);
+    button.setGeometry(20, 20, 40, 40);
+    button.setNormalImage(square(Qt::blue));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Pointer pointer(button);
+    pointer.moveTo({100, 20});
+    pointer.moveTo({20, 20});
+    QVERIFY(qAbs(alphaOf(button.image()) - faint) <= 1);
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    button.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
 }
 
 void PNAlphBtnTest::restsWithoutAReport()
@@ -263,6 +299,13 @@ void PNAlphBtnTest::setsTheCursor()
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
     pointer.moveTo({100, 20});
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+
+    pointer.moveTo({20, 20});
+    m_button->mouseExited(nullptr); // sets one of its own
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_button->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
 }
 
 void PNAlphBtnTest::castsAShadowAtTheNextDisplay()

@@ -3,9 +3,11 @@
 
 #include <KXFoundation/Category/ImageKXTools.h>
 #include <KXFoundation/Platform/UI/Cursor.h>
+#include <KXFoundation/UIBase/Window/PNBaseWindow.h>
 
 #include <Support/Pointer.h>
 
+#include <QtCore/QTimer>
 #include <QtGui/QAccessible>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -45,17 +47,24 @@ private Q_SLOTS:
     void showsToolTips();
     void ignoresHovers();
     void clearsItsToolTipWhenAHoverIsIgnored();
+    void showsTheLookOfItsStateWheneverItIsToldToIgnoreHovers();
     void ignoresAHoverInAWindowThatIgnoresTheMouse();
+    void equalValuesChangeNothing();
     void restsWithoutAReport();
     void showsThePressedImageWhateverIsSelected();
     void performsItsActionWhereverTheReleaseIs();
     void performsItsActionEvenIfDisabledMeanwhile();
+    void isPressedEvenWhileDisabled();
+    void performsItsActionBeforeItLooksReleased();
+    void looksReleasedWhenItsPressComesToNothing();
+    void looksReleasedWhenItsWindowCutsADragShort();
     void doesNothingForAReleaseWithoutAPress();
     void swallowsRightClicks();
     void isNotHitWithoutInteraction();
     void tracksOnlyWhileEnabledAndInteractive();
     void endsAHoverWhenItsAreaIsRebuilt();
     void changesNothingUnderAModalWindow();
+    void changesNothingInAModalWindowOfItsOwn();
     void setsTheCursor();
     void performsItsActionByKey();
     void mayBeDeletedByItsListenerAndItsAction_data();
@@ -164,6 +173,8 @@ void PNButtonTest::tintsItsImageForAHoverAndKeepsThat()
     QVERIFY(m_button->image() == m_normal);
     m_button->mouseEntered(nullptr);
     QVERIFY(m_button->image() == tinted);
+    m_button->setNormalImage(m_disabled); // Deliberate: another one is not tinted any more
+    QVERIFY(m_button->hoverImage() == tinted);
     m_button->setSelectedNormalImage(m_selected);
     m_button->setSelected(true);
     QCOMPARE(colorOf(m_button->image()), QColor(255, 46, 67));
@@ -233,9 +244,17 @@ void PNButtonTest::clearsItsToolTipWhenAHoverIsIgnored()
     QCOMPARE(m_button->toolTip(), u"play"_s);
     m_button->mouseEntered(nullptr);
     QCOMPARE(m_button->toolTip(), QString());
+    QVERIFY(!m_button->toolTip().isNull()); // empty, not absent
     m_button->updateImage();
     m_button->mouseExited(nullptr); // for either value
     QCOMPARE(m_button->toolTip(), QString());
+}
+
+void PNButtonTest::showsTheLookOfItsStateWheneverItIsToldToIgnoreHovers()
+{
+    m_button->setImage(m_hover);
+    m_button->setIsIgnoreHover(false); // as it is
+    QVERIFY(m_button->image() == m_normal);
 }
 
 void PNButtonTest::ignoresAHoverInAWindowThatIgnoresTheMouse()
@@ -247,8 +266,24 @@ void PNButtonTest::ignoresAHoverInAWindowThatIgnoresTheMouse()
     QVERIFY(m_button->image() == m_normal);
     QCOMPARE(m_button->toolTip(), QString());
     QVERIFY(m_hovers.isEmpty());
+    m_button->updateImage(); // the hover is there all the same
+    QVERIFY(m_button->image() == m_hover);
     m_button->mouseExited(nullptr); // its end is reported
     QCOMPARE(m_hovers, QList<bool>{false});
+}
+
+void PNButtonTest::equalValuesChangeNothing()
+{
+    m_button->setPressedImage(m_pressed);
+    m_button->mouseEntered(nullptr);
+    m_button->mouseDown(nullptr);
+    const kx::TrackingAreaRef area = m_button->trackingAreas().value(0);
+    m_button->setSelected(false);
+    m_button->setUserInteraction(true);
+    m_button->setEnabled(true);
+    QVERIFY(m_button->image() == m_pressed);
+    QCOMPARE(m_button->trackingAreas(), QList{area});
+    QCOMPARE(m_hovers, QList<bool>{true});
 }
 
 void PNButtonTest::restsWithoutAReport()
@@ -306,6 +341,91 @@ void PNButtonTest::performsItsActionEvenIfDisabledMeanwhile()
     m_button->setEnabled(false);
     pointer.release();
     QCOMPARE(clicked.count(), 1);
+}
+
+// Deliberate: a press does not ask either whether it is enabled.
+void PNButtonTest::isPressedEvenWhileDisabled()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setPressedImage(m_pressed);
+    m_button->setDisableImage(m_disabled);
+    m_button->setEnabled(false);
+    Pointer pointer(*m_button);
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QVERIFY(m_button->image() == m_pressed);
+    pointer.release();
+    QVERIFY(m_button->image() == m_disabled);
+    QCOMPARE(clicked.count(), 1);
+}
+
+void PNButtonTest::performsItsActionBeforeItLooksReleased()
+{
+    m_button->setPressedImage(m_pressed);
+    kx::Image inTheAction;
+    QDialog dialog;
+    dialog.setModal(true);
+    connect(m_button, &QAbstractButton::clicked, this, [&] {
+        dialog.show();
+        inTheAction = m_button->image();
+    });
+    m_button->mouseDown(nullptr);
+    m_button->mouseUp(nullptr);
+    QVERIFY(inTheAction == m_pressed);
+    QVERIFY(m_button->image() == m_normal);
+}
+
+void PNButtonTest::looksReleasedWhenItsPressComesToNothing()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setPressedImage(m_pressed);
+    Pointer pointer(*m_button);
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QVERIFY(m_button->image() == m_pressed);
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(m_button->image() != m_pressed);
+    pointer.release();
+    m_button->mouseUp(nullptr); // there is no press any more
+    QCOMPARE(clicked.count(), 0);
+    dialog.hide();
+    pointer.click({20, 20});
+    QCOMPARE(clicked.count(), 1);
+}
+
+void PNButtonTest::looksReleasedWhenItsWindowCutsADragShort()
+{
+    class Counted : public PNButton {
+    public:
+        using PNButton::PNButton;
+        int presses = 0;
+        void mouseDown(kx::Event *event) override
+        {
+            PNButton::mouseDown(event);
+            presses += image() == pressedImage();
+        }
+    };
+    PNBaseWindow window(QRectF(100, 100, 200, 100), kx::WindowStyle::Borderless);
+    window.setIgnoreDragRect(false);
+    window.updateMoveIncludeRect({QRectF(0, 0, 200, 100)});
+    window.setCentralWidget(new QWidget);
+    auto *button = new Counted(window.centralWidget());
+    button->setGeometry(100, 40, 90, 50);
+    button->setNormalImage(m_normal);
+    button->setPressedImage(m_pressed);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QSignalSpy clicked(button, &QAbstractButton::clicked);
+    Pointer pointer(*button);
+    pointer.moveTo({20, 20});
+    QTimer::singleShot(0, &window, [&] { pointer.moveWithButtons({1, 1}, Qt::NoButton); });
+    pointer.press();
+    QCOMPARE(button->presses, 1);
+    QVERIFY(button->image() != m_pressed);
+    pointer.release();
+    QCOMPARE(clicked.count(), 0);
 }
 
 void PNButtonTest::doesNothingForAReleaseWithoutAPress()
@@ -391,6 +511,26 @@ void PNButtonTest::changesNothingUnderAModalWindow()
     QVERIFY(m_button->image() == m_hover);
 }
 
+// Deliberate: it does not matter whose modal window it is.
+void PNButtonTest::changesNothingInAModalWindowOfItsOwn()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.resize(200, 100);
+    PNButton button(&dialog);
+    button.setGeometry(20, 20, 40, 40);
+    button.setNormalImage(m_normal);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    Pointer pointer(button);
+    pointer.moveTo({100, 20});
+    pointer.moveTo({20, 20});
+    QVERIFY(button.image() == m_normal);
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    button.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+}
+
 void PNButtonTest::setsTheCursor()
 {
     Pointer pointer(*m_button);
@@ -399,6 +539,13 @@ void PNButtonTest::setsTheCursor()
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
     pointer.moveTo({100, 20});
     QTRY_COMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+
+    pointer.moveTo({20, 20});
+    m_button->mouseExited(nullptr); // sets one of its own
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_button->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
 }
 
 void PNButtonTest::performsItsActionByKey()
@@ -481,6 +628,8 @@ void PNButtonTest::hasImagePropertiesForForms()
         QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(20, 20)});
         QCOMPARE(icon.pixmap(20, 20).toImage().pixelColor(10, 10), QColor(Qt::yellow));
     }
+    QVERIFY(!m_button->setProperty("pausedImage", QIcon())); // what a form knows and the button does not
+    QVERIFY(m_button->image() == m_normal);
     m_button->setProperty("normalImage", QIcon(QPixmap::fromImage(m_hover.toQImage(1))));
     QCOMPARE(colorOf(m_button->image()), QColor(Qt::green));
     QCOMPARE(m_button->image().size(), QSizeF(20, 20));

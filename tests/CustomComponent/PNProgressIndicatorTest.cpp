@@ -47,6 +47,7 @@ private Q_SLOTS:
     void reportsNoDragWithoutARange();
     void endsAHoverWhenTheDragBegins();
     void endsADragWhenItsSizeChanges();
+    void forgetsADragThatComesToNothing();
     void isHitWithinItsTrackingRectangleAlone();
     void isPressedWhereTheSuperviewSeesIt();
     void tracksTheMiddleOfItsBounds();
@@ -306,6 +307,22 @@ void PNProgressIndicatorTest::endsADragWhenItsSizeChanges()
     QCOMPARE(m_drags.size(), 1);
     pointer.release();
     QCOMPARE(m_drags.size(), 1);
+}
+
+void PNProgressIndicatorTest::forgetsADragThatComesToNothing()
+{
+    Pointer pointer(*m_bar);
+    pointer.moveTo(at(60));
+    pointer.press();
+    QVERIFY(m_bar->isMouseDown());
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(!m_bar->isMouseDown());
+    pointer.release();
+    QVERIFY(m_drags.isEmpty());
+    m_bar->setPlayedValue(40); // it follows the film again
+    QCOMPARE(m_bar->playedValue(), 40.0F);
 }
 
 void PNProgressIndicatorTest::isHitWithinItsTrackingRectangleAlone()

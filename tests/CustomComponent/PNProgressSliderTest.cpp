@@ -51,6 +51,7 @@ private Q_SLOTS:
     void doesNotSnapWhenNobodyHears();
     void snapsForAConnectedSignal();
     void endsADragWhenThePointerLeaves();
+    void forgetsADragThatComesToNothing();
     void isNotHitWithoutInteraction();
     void losesItsTrackingAreaAtTheSecondUpdate();
     void showsItsKnobImages();
@@ -317,6 +318,21 @@ void PNProgressSliderTest::endsADragWhenThePointerLeaves()
     pointer.moveTo({150, 10});
     pointer.release();
     QCOMPARE(m_reports.size(), count);
+}
+
+void PNProgressSliderTest::forgetsADragThatComesToNothing()
+{
+    Pointer pointer(*m_slider);
+    pointer.moveTo({60, 10});
+    pointer.press();
+    QVERIFY(m_slider->isMouseDown());
+    m_slider->hide();
+    QVERIFY(!m_slider->isMouseDown());
+    pointer.release();
+    for (const Report &report : std::as_const(m_reports))
+        QVERIFY(!report.finished);
+    m_slider->setCurrentValue(40);
+    QCOMPARE(m_slider->currentValue(), 40.0);
 }
 
 void PNProgressSliderTest::isNotHitWithoutInteraction()

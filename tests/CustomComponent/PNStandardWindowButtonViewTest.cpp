@@ -68,7 +68,7 @@ private Q_SLOTS:
 
     void laysTheButtonsOut();
     void makesTheThreeKinds();
-    void fillsTheFormatWithSixDecimals();
+    void bindsTheButtonsAsItsFormatSays();
     void keepsAPresetContentSize();
     void preparingAgainReplacesTheButtons();
     void centersTheButtonsInAHigherView();
@@ -166,11 +166,17 @@ void PNStandardWindowButtonViewTest::makesTheThreeKinds()
         QVERIFY(button->widget()->isEnabled());
 }
 
-void PNStandardWindowButtonViewTest::fillsTheFormatWithSixDecimals()
+void PNStandardWindowButtonViewTest::bindsTheButtonsAsItsFormatSays()
 {
     const double width = group().closeBtn()->bounds().width();
     QCOMPARE(kx::format("H:|-0-[closeBtn(==%f)]-%f-[miniBtn(==%f)]-%f-[zoomBtn(==%f)]", width, 6.0, width, 6.0, width),
         u"H:|-0-[closeBtn(==14.000000)]-6.000000-[miniBtn(==14.000000)]-6.000000-[zoomBtn(==14.000000)]"_qs);
+    for (kx::StandardWindowButton *button : {group().closeBtn(), group().miniBtn(), group().fullScreenBtn()})
+        button->setGeometry(70, 0, 30, 16);
+    group().resize(100, 16);
+    QCOMPARE(group().closeBtn()->frame(), QRectF(0, 0, 14, 16));
+    QCOMPARE(group().miniBtn()->frame(), QRectF(20, 0, 14, 16));
+    QCOMPARE(group().fullScreenBtn()->frame(), QRectF(40, 0, 14, 16));
 }
 
 void PNStandardWindowButtonViewTest::keepsAPresetContentSize()
@@ -258,6 +264,13 @@ void PNStandardWindowButtonViewTest::hasOneTrackingArea()
     QCOMPARE(area->rect(), group().bounds());
     QCOMPARE(area->owner(), &group());
     QVERIFY(!area->userInfo().isValid());
+
+    const auto foreign =
+        std::make_shared<kx::TrackingArea>(QRectF(0, 0, 5, 5), kx::TrackingOption::ActiveAlways, &group());
+    group().addTrackingArea(foreign);
+    group().updateTrackingAreas(); // takes away whatever is there
+    QCOMPARE(group().trackingAreas().size(), 1);
+    QCOMPARE(int(group().trackingAreas().first()->options()), 641);
 }
 
 void PNStandardWindowButtonViewTest::showsSymbolsWhileThePointerIsOverIt()
@@ -274,8 +287,11 @@ void PNStandardWindowButtonViewTest::showsSymbolsWhileThePointerIsOverIt()
     QVERIFY(inside != outside);
     pointer.moveTo(QPointF(27, 8));
     QCOMPARE(picture(), inside);
+    QCoreApplication::processEvents();
+    const PaintCount paints(group());
     pointer.moveTo(QPointF(60, 8));
     QVERIFY(!group().isMouseInside());
+    QTRY_VERIFY(paints.count >= 3);
     QCOMPARE(picture(), outside);
     QCOMPARE(record.toggles(), (Toggles{true, false}));
 }

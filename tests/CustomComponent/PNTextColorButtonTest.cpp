@@ -32,6 +32,7 @@ private Q_SLOTS:
     void takesTheColoursOfItsState_data();
     void takesTheColoursOfItsState();
     void keepsItsBackgroundWithoutAColour();
+    void equalValuesChangeNothing();
     void fallsBackToTheNormalTextColour();
     void isTransparentWithoutAnyColour();
     void keepsItsAlphaForAnEmptyTitle();
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void truncatesAtTheTailUnlessToldOtherwise();
     void setsTheBaseline();
     void tintsItsImageForGood();
+    void hasAnImageForEachState();
     void hasNoFontWhereTheFaceIsMissing();
     void appliesTheNormalColoursAtOnce();
     void appliesTheRestWhenItAwakes();
@@ -46,6 +48,8 @@ private Q_SLOTS:
     void showsThePress();
     void showsTheHoverLookAfterARelease();
     void performsItsActionWhereverTheReleaseIs();
+    void performsItsActionOnceItShowsTheRelease();
+    void looksReleasedWhenItsPressComesToNothing();
     void isNotPressedWhileDisabled();
     void tracksOnlyWhileEnabledAndAble();
     void reportsHovers();
@@ -53,6 +57,9 @@ private Q_SLOTS:
     void changesNothingUnderAForeignModalWindow();
     void hoversInAModalWindowOfItsOwn();
     void setsTheCursorOfAMove();
+    void leavesTheCursorOfAMoveAlone_data();
+    void leavesTheCursorOfAMoveAlone();
+    void leavesTheCursorUnderAForeignModalWindow();
     void keepsItsPlainTitle();
     void mayBeDeletedByItsListenerAndItsAction();
     void mayBeDeletedWhenItsHoverEnds_data();
@@ -131,6 +138,7 @@ void PNTextColorButtonTest::takesTheColoursOfItsState_data()
     QTest::newRow("normal") << true << false << false << QColor(Qt::yellow) << QColor(Qt::blue);
     QTest::newRow("disabled") << false << false << false << QColor(Qt::yellow) << QColor(Qt::black);
     QTest::newRow("disabled, selected") << false << false << true << QColor(Qt::cyan) << QColor(Qt::black);
+    QTest::newRow("disabled while hovered") << false << true << false << QColor(Qt::magenta) << QColor(Qt::black);
 }
 
 void PNTextColorButtonTest::takesTheColoursOfItsState()
@@ -160,6 +168,19 @@ void PNTextColorButtonTest::keepsItsBackgroundWithoutAColour()
     m_button->setEnabled(true);
     m_button->mouseEntered(nullptr);
     QCOMPARE(background(), QColor(Qt::blue));
+}
+
+void PNTextColorButtonTest::equalValuesChangeNothing()
+{
+    m_button->setHoverBackgroundColor(Qt::blue);
+    m_button->mouseEntered(nullptr);
+    QSignalSpy hovers(m_button, &PNTextColorButton::hoverStateChanged);
+    m_button->layer()->setBackgroundColor(Qt::green);
+    m_button->setSelected(false);
+    m_button->setEnabled(true);
+    m_button->setMouseEventAble(true);
+    QCOMPARE(background(), QColor(Qt::green));
+    QCOMPARE(hovers.count(), 0);
 }
 
 void PNTextColorButtonTest::fallsBackToTheNormalTextColour()
@@ -231,6 +252,33 @@ void PNTextColorButtonTest::tintsItsImageForGood()
     m_button->changBtnTitleAndColor(u"Play"_s, QColor(0, 255, 0, 128));
     QCOMPARE(m_button->image().toQImage(1).pixelColor(5, 5), QColor(0, 255, 0)); // at full opacity
     QVERIFY(qAbs(m_button->alphaValue() - 128 / 255.0) < 1e-4);
+    m_button->setNormalTextColor(Qt::blue);
+    m_button->setImage(grey);
+    m_button->changBtnTitleAndColor(u"Play"_s, nullptr); // the normal one stands for none
+    QCOMPARE(m_button->image().toQImage(1).pixelColor(5, 5), QColor(Qt::blue));
+}
+
+void PNTextColorButtonTest::hasAnImageForEachState()
+{
+    const auto pixel = [](const kx::Image &image) { return image.toQImage(1).pixelColor(0, 0); };
+    QImage grey(10, 10, QImage::Format_ARGB32_Premultiplied);
+    grey.fill(Qt::gray);
+    const kx::Image off = grey;
+    const kx::Image on = grey.copy();
+    PNTextColorButton button;
+    button.setCurrentImage(off);
+    QVERIFY(button.image() == off);
+    button.setState(1);
+    QVERIFY(button.currentImage() == off); // there is no other
+    button.setCurrentImage(on);
+    QVERIFY(button.alternateImage() == on);
+    QVERIFY(button.currentImage() == on);
+    QVERIFY(button.image() == off);
+    button.changBtnTitleAndColor(u"Play"_s, Qt::green);
+    QCOMPARE(pixel(button.alternateImage()), QColor(Qt::green));
+    QCOMPARE(pixel(button.image()), QColor(Qt::gray));
+    button.setState(0);
+    QVERIFY(button.currentImage() == button.image());
 }
 
 void PNTextColorButtonTest::hasNoFontWhereTheFaceIsMissing()
@@ -334,6 +382,38 @@ void PNTextColorButtonTest::performsItsActionWhereverTheReleaseIs()
     QCOMPARE(clicked.count(), 1);
 }
 
+void PNTextColorButtonTest::performsItsActionOnceItShowsTheRelease()
+{
+    m_button->setHighLightTextColor(Qt::cyan);
+    m_button->setHoverBackgroundColor(Qt::green);
+    QList<QColor> inTheAction;
+    connect(m_button, &QAbstractButton::clicked, this, [&] { inTheAction << titleColor() << background(); });
+    m_button->mouseDown(nullptr);
+    m_button->mouseUp(nullptr);
+    QCOMPARE(inTheAction, (QList<QColor>{hoverRed, Qt::green}));
+}
+
+void PNTextColorButtonTest::looksReleasedWhenItsPressComesToNothing()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setHighLightTextColor(Qt::cyan);
+    m_button->setHighLightBackgroundColor(Qt::darkBlue);
+    m_button->setHoverBackgroundColor(Qt::green);
+    Pointer pointer(*m_button);
+    pointer.moveTo({150, 20});
+    pointer.moveTo({20, 20});
+    pointer.press();
+    QCOMPARE(background(), QColor(Qt::darkBlue));
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QCOMPARE(titleColor(), hoverRed); // that hover has not ended
+    QCOMPARE(background(), QColor(Qt::green));
+    pointer.release();
+    m_button->mouseUp(nullptr); // there is no press any more
+    QCOMPARE(clicked.count(), 0);
+}
+
 void PNTextColorButtonTest::isNotPressedWhileDisabled()
 {
     QSignalSpy clicked(m_button, &QAbstractButton::clicked);
@@ -372,6 +452,8 @@ void PNTextColorButtonTest::reportsHovers()
     QCOMPARE(hovers, (QList<bool>{true, false}));
     QCOMPARE(titleColor(), QColor(Qt::white));
     QCOMPARE(signal.count(), 2);
+    m_button->updateCoclor(); // the hover is there all the same
+    QCOMPARE(titleColor(), hoverRed);
 }
 
 void PNTextColorButtonTest::resetsToNormal()
@@ -421,13 +503,76 @@ void PNTextColorButtonTest::setsTheCursorOfAMove()
     QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
     m_button->mouseMoved(nullptr); // the pointer has left
     QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_button->mouseEntered(nullptr);
+    m_button->mouseMoved(nullptr); // and is back
+    QCOMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+}
+
+void PNTextColorButtonTest::leavesTheCursorOfAMoveAlone_data()
+{
+    QTest::addColumn<std::function<void(PNTextColorButton &)>>("change");
+    const auto row = [](const char *name, const std::function<void(PNTextColorButton &)> &change) {
+        QTest::newRow(name) << change;
+    };
+    row("disabled", [](PNTextColorButton &button) { button.setEnabled(false); });
+    row("not able", [](PNTextColorButton &button) { button.setMouseEventAble(false); });
+    row("in a window that ignores the mouse", [](PNTextColorButton &button) {
+        button.window()->setAttribute(Qt::WA_TransparentForMouseEvents);
+        kx::Cursor::set(Qt::WaitCursor);
+        button.cursorUpdate(nullptr);
+        QCOMPARE(kx::Cursor::current().shape(), Qt::WaitCursor);
+    });
+}
+
+void PNTextColorButtonTest::leavesTheCursorOfAMoveAlone()
+{
+    QFETCH(std::function<void(PNTextColorButton &)>, change);
+    Pointer pointer(*m_button);
+    pointer.moveTo({150, 20});
+    pointer.moveTo({20, 20});
+    change(*m_button);
+    kx::Cursor::set(Qt::WaitCursor);
+    m_button->mouseMoved(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::WaitCursor);
+}
+
+// In a panel of the modal window, which that one does not keep the user from.
+void PNTextColorButtonTest::leavesTheCursorUnderAForeignModalWindow()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QWidget panel(&dialog, Qt::Tool);
+    panel.resize(200, 100);
+    PNTextColorButton button(&panel);
+    button.setGeometry(20, 20, 80, 40);
+    if (QGuiApplication::platformName() == u"offscreen"_s)
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    Pointer pointer(button);
+    pointer.moveTo({150, 20});
+    pointer.moveTo({20, 20});
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor); // this one is no matter of windows
+    kx::Cursor::set(Qt::WaitCursor);
+    button.mouseMoved(nullptr);
+    button.mouseExited(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::WaitCursor);
 }
 
 void PNTextColorButtonTest::keepsItsPlainTitle()
 {
     QCOMPARE(m_button->plainTitle(), u"Play"_s);
+    m_button->setAlternateTitle(u"Pause"_s);
+    m_button->setState(1);
+    QCOMPARE(m_button->currentTitle(), u"Pause"_s);
+    QCOMPARE(m_button->plainTitle(), u"Play"_s); // that of the attributed title, whatever the state
+
     PNTextColorButton empty;
     QVERIFY(empty.plainTitle().isNull());
+    empty.setAlternateTitle(u"Pause"_s);
+    empty.setState(1);
+    QCOMPARE(empty.plainTitle(), u"Pause"_s);
 }
 
 void PNTextColorButtonTest::mayBeDeletedByItsListenerAndItsAction()

@@ -150,6 +150,15 @@ void KXAttributedStringTest::takesAnEqualButDifferentObject()
     run.setTextColor(equal);
     QVERIFY(run.textColor() == equal);
     QVERIFY(attributesAt(run, 0).foregroundColor == equal);
+    run.setBackgroundColor(red());
+    run.setBackgroundColor(equal);
+    QVERIFY(run.backgroundColor() == equal);
+    QVERIFY(attributesAt(run, 0).backgroundColor == equal);
+    const kx::Font equalFont = QFont();
+    run.setFont(QFont());
+    run.setFont(equalFont);
+    QVERIFY(run.font() == equalFont);
+    QVERIFY(attributesAt(run, 0).font == equalFont);
 }
 
 void KXAttributedStringTest::leavesExactlyTheGivenBackground()

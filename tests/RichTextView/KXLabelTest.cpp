@@ -188,6 +188,8 @@ void KXLabelTest::theSameSizeDoesNothing()
     QCOMPARE(label.rebuildsIn([&] { label.setFontSize(18); }), 0);
     QVERIFY(label.font() == own);
     QCOMPARE(label.rebuildsIn([&] { label.setFontSize(0); }), 1);
+    QVERIFY(!label.font());
+    QCOMPARE(label.rebuildsIn([&] { label.setFontSize(-1); }), 1); // no font again, and yet another size
 }
 
 void KXLabelTest::aMissingFaceLeavesNoFont()

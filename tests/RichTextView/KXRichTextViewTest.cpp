@@ -10,6 +10,7 @@
 
 #include <limits>
 #include <thread>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void copiesRunsAsTheyAre();
     void followsTheFontOfItsWindow();
     void tellsItsLayoutOfANewSize();
+    void tellsOfNewSizesInAutoLayoutOnly();
     void isInAutoLayoutWithinALayout();
     void keepsItsRuns();
     void wrapsAttachmentsAnewAtEachShowing();
@@ -56,6 +58,7 @@ private Q_SLOTS:
     void hitsNothingWithoutInteraction();
     void nothingIsClickedWithoutAnEvent();
     void clicksCountInEveryDirection();
+    void runsThatShareAGlyphShareItsWidth();
     void emitsAfterTheHandler();
     void handlersMayReplaceTheRuns();
     void handlersMayReplaceTheHandlers();
@@ -220,6 +223,49 @@ void KXRichTextViewTest::tellsItsLayoutOfANewSize()
     QVERIFY(m_shown->view->width() > width);
 }
 
+namespace {
+
+/// Counts what its widget is told of new sizes of its children.
+class LayoutRequests : public QObject {
+public:
+    explicit LayoutRequests(QWidget &widget) { widget.installEventFilter(this); }
+    /// Since the last time.
+    int taken()
+    {
+        QCoreApplication::processEvents();
+        return std::exchange(m_count, 0);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::LayoutRequest ? 1 : 0;
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
+} // namespace
+
+void KXRichTextViewTest::tellsOfNewSizesInAutoLayoutOnly()
+{
+    m_shown = std::make_unique<ShownView>();
+    LayoutRequests requests(m_shown->window);
+    KXRichTextView &view = *m_shown->view;
+    requests.taken();
+    view.setKXAttributedStrings({plainRun(u"One"_qs)});
+    QCOMPARE(requests.taken(), 0);
+    view.setTranslatesAutoresizingMaskIntoConstraints(false);
+    requests.taken();
+    view.setKXAttributedStrings({plainRun(u"two"_qs)});
+    QVERIFY(requests.taken() > 0);
+    view.setInsets({1, 2, 3, 4}); // stored only
+    view.setUseRoundCorner(true);
+    QCOMPARE(requests.taken(), 0);
+}
+
 void KXRichTextViewTest::isInAutoLayoutWithinALayout()
 {
     m_shown = std::make_unique<ShownView>();
@@ -376,6 +422,19 @@ void KXRichTextViewTest::clicksCountInEveryDirection()
     QVERIFY(m_clicked.isEmpty());
     click(QPointF(advance(u"ab "_qs) + advance(hebrew) - 3, 5));
     QCOMPARE(m_clicked.size(), 1);
+}
+
+void KXRichTextViewTest::runsThatShareAGlyphShareItsWidth()
+{
+    // With the same attributes they are one text, and "ffi" is one glyph.
+    show({plainRun(u"f"_qs), linkRun(u"f"_qs, m_clicked), plainRun(u"i"_qs)});
+    const double third = m_shown->view->contentSizeRect().width() / 3;
+    click(QPointF(third - 1, 5));
+    click(QPointF(2 * third + 1, 5));
+    QVERIFY(m_clicked.isEmpty());
+    click(QPointF(third + 1, 5));
+    click(QPointF(2 * third - 1, 5));
+    QCOMPARE(m_clicked.size(), 2);
 }
 
 void KXRichTextViewTest::emitsAfterTheHandler()

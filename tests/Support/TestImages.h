@@ -14,13 +14,14 @@ namespace kx::test {
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// An opaque picture in which a pixel differs from its neighbours; sizes in pixels.
+/// An opaque picture in which a pixel differs from its neighbours, and from every other up to 256 pixels away; sizes in
+/// pixels.
 inline QImage sampleImage(int width, int height, double ratio = 1)
 {
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, qRgba(x * 16 % 256, y * 16 % 256, (x + y) % 2 * 128, 255));
+            image.setPixel(x, y, qRgba(x * 11 % 256, y * 13 % 256, (x + y) % 2 * 128, 255));
     }
     image.setDevicePixelRatio(ratio);
     return image;
@@ -38,6 +39,24 @@ inline QImage plainImage(const QSize &size, const QColor &color, double ratio = 
 inline QImage blankImage(int width, int height, double ratio = 1)
 {
     return plainImage(QSize(width, height) * ratio, Qt::transparent, ratio);
+}
+
+/// The colour at a point that counts in points, like the image's device pixel ratio.
+inline QColor colorAt(const QImage &image, double x, double y)
+{
+    const double ratio = image.devicePixelRatio();
+    return image.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
+}
+
+/// How many pixels have exactly this colour.
+inline int countPixels(const QImage &image, const QColor &color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return count;
 }
 
 /// Rectangles in which there is nothing to draw, in a picture of a few points at least.

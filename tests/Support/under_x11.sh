@@ -22,9 +22,11 @@ trap 'exit 143' TERM INT HUP
 
 # answer_of FD PID: what a process says through a pipe when it is ready, within half a minute.
 answer_of() {
-    local answer attempt
+    local answer= part attempt ended
     for ((attempt = 0; attempt < 300; ++attempt)); do
-        if read -r -t 0.1 -u "$1" answer && [ -n "$answer" ]; then
+        read -r -t 0.1 -u "$1" part && ended=yes || ended=
+        answer+=$part # what a read that was too early got: the server writes its number and the line's end apart
+        if [ -n "$ended" ] && [ -n "$answer" ]; then
             echo "$answer"
             return
         fi

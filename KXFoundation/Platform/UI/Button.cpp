@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/Button.h>
 
+#include <KXFoundation/Platform/UI/AccessibleButton.h>
 #include <KXFoundation/Platform/UI/ButtonContent.h>
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/MutableAttributedString.h>
 
 #include <QtCore/QEvent>
@@ -11,6 +13,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace kx {
 
 Button::Button(QWidget *parent)
@@ -18,8 +22,10 @@ Button::Button(QWidget *parent)
     , m_font(QAbstractButton::font())
     , m_fontSize(m_font.pointSize())
     , m_content(std::make_unique<ButtonContent>())
+    , m_keyboardFocus(std::make_unique<KeyboardFocus>())
 {
     setFocusPolicy(Qt::TabFocus);
+    AccessibleButton::install();
     // The first to hear of a click, whatever brings it about.
     connect(this, &QAbstractButton::clicked, this, &Button::sendAction);
 }
@@ -39,7 +45,7 @@ void Button::setAlternateTitle(const QString &title)
 void Button::setAttributedTitle(const AttributedString &title)
 {
     m_title = title;
-    setText(title.string()); // what assistive technology reads
+    setText(title.string().replace(u'&', u"&&"_s)); // no mnemonics
     contentChanged();
     Q_EMIT titleChanged();
 }
@@ -73,6 +79,9 @@ void Button::setState(int state)
         return;
     m_state = state;
     contentChanged();
+    checkedStateWasChanged();
+    if (m_alternateTitle.length() > 0)
+        AccessibleButton::nameWasChanged(*this);
     Q_EMIT stateChanged(state);
 }
 
@@ -96,6 +105,30 @@ void Button::setLineBreakMode(LineBreakMode mode)
     contentChanged();
 }
 
+bool Button::showsAlternateTitle() const
+{
+    return m_state == 1 && m_alternateTitle.length() > 0;
+}
+
+QString Button::spokenName() const
+{
+    const QString title = showsAlternateTitle() ? alternateTitle() : this->title();
+    return title.isEmpty() ? toolTip() : title;
+}
+
+std::optional<bool> Button::checkedState() const
+{
+    if (isCheckable())
+        return isChecked();
+    const bool hasTwoLooks = m_state == 1 || m_alternateImage || m_alternateTitle.length() > 0;
+    return hasTwoLooks ? std::optional(m_state == 1) : std::nullopt;
+}
+
+void Button::checkedStateWasChanged()
+{
+    AccessibleButton::stateWasChanged(*this);
+}
+
 QSizeF Button::intrinsicContentSize() const
 {
     return content().naturalSize();
@@ -106,17 +139,38 @@ QSize Button::minimumSizeHint() const
     return {0, 0};
 }
 
+void Button::pressCancelled()
+{
+    setDown(false);
+}
+
 void Button::drawRect(QPainter &painter, const QRectF &)
 {
     painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText)); // a disabled button looks the same
     content().draw(painter, QRectF(rect()));
 }
 
+void Button::drawFocusRing(QPainter &painter)
+{
+    kx::drawFocusRing(painter, palette(), QRectF(rect()));
+}
+
 void Button::enabledChanged() { }
+
+bool Button::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTipChange)
+        AccessibleButton::nameWasChanged(*this);
+    return m_keyboardFocus->refuses(*this, *event) || ViewOn<QAbstractButton>::event(event);
+}
 
 void Button::paintEvent(QPaintEvent *event)
 {
     paint(*event);
+    if (!m_keyboardFocus->isShown(*this))
+        return;
+    QPainter painter(this);
+    drawFocusRing(painter);
 }
 
 void Button::changeEvent(QEvent *event)
@@ -143,7 +197,7 @@ ButtonContent &Button::content() const
     if (!m_font)
         font = Font(font).withSize(m_fontSize).toQFont();
     m_content->setDefaultFont(font);
-    MutableAttributedString title(isOn && m_alternateTitle.length() > 0 ? m_alternateTitle : m_title);
+    MutableAttributedString title(showsAlternateTitle() ? m_alternateTitle : m_title);
     title.changeAttributes({0, title.length()}, [this](TextAttributes &attributes) {
         if (!attributes.paragraphStyle)
             attributes.paragraphStyle = ParagraphStyle{m_alignment, m_lineBreakMode};

@@ -12,17 +12,19 @@
 #include <QtWidgets/QAbstractButton>
 
 #include <memory>
+#include <optional>
 
 namespace kx {
 
 class ButtonContent;
+class KeyboardFocus;
 
 /// A button without a border of its own: an image, scaled down to fit but never up, beside its title. What is absent
 /// takes no room. It has an "off" and an "on" state; the "on" state may bring an image and a title of its own.
 ///
 /// A press performs the action: the target's method of that name is called with the button, and clicked() is emitted,
-/// by mouse, keyboard, click() or assistive technology alike. The keyboard reaches the button by Tab; a click does not
-/// take the focus away from where it is. A disabled button looks the same.
+/// by mouse, keyboard, click() or assistive technology alike. The keyboard reaches the button by Tab and shows that by
+/// a ring; neither a click nor a window that becomes active takes the focus to it. A disabled button looks the same.
 class KX_UI_EXPORT Button : public ViewOn<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
@@ -75,9 +77,21 @@ public:
     [[nodiscard]] QByteArray action() const { return m_action; }
     void setAction(const QByteArray &action) { m_action = action; }
 
+    // What assistive technology reads.
+
+    /// The name of a button that has no accessibleName(): the title that it shows, else its tool tip.
+    [[nodiscard]] virtual QString spokenName() const;
+    /// Whether the button is checked; absent for one that only performs its action. Here: whether it is in the "on"
+    /// state, if that has a look of its own.
+    [[nodiscard]] virtual std::optional<bool> checkedState() const;
+
     /// That of the image at its own size beside the title.
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+    /// False: a press belongs to the button.
+    [[nodiscard]] bool mouseDownCanMoveWindow() const override { return false; }
+
+    void pressCancelled() override;
 
 Q_SIGNALS:
     void titleChanged();
@@ -86,11 +100,16 @@ Q_SIGNALS:
 protected:
     /// Performs the action and emits clicked(), as a click does. The button may be gone afterwards.
     void performAction() { Q_EMIT clicked(); }
+    /// Tells assistive technology that checkedState() changed.
+    void checkedStateWasChanged();
 
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    /// Draws the ring of a button that has the focus by the keyboard, above all else and never translucent.
+    virtual void drawFocusRing(QPainter &painter);
     /// Called when the button was enabled or disabled, itself or with its parent.
     virtual void enabledChanged();
 
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -102,6 +121,7 @@ private:
     [[nodiscard]] QIcon alternateImageIcon() const { return iconFromImage(m_alternateImage); }
     void setAlternateImageIcon(const QIcon &icon) { setAlternateImage(imageFromIcon(icon)); }
 
+    [[nodiscard]] bool showsAlternateTitle() const;
     void contentChanged();
     void sendAction();
     [[nodiscard]] ButtonContent &content() const;
@@ -119,6 +139,7 @@ private:
     QByteArray m_action;
     std::unique_ptr<ButtonContent> m_content; // what the state shows
     mutable bool m_contentIsStale = true;
+    std::unique_ptr<KeyboardFocus> m_keyboardFocus;
 };
 
 } // namespace kx

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/ImageView.h>
 
+#include <KXFoundation/Platform/UI/AccessibleImage.h>
 #include <KXFoundation/Platform/UI/ButtonContent.h>
 
 #include <QtGui/QPaintEvent>
@@ -10,6 +11,7 @@ namespace kx {
 ImageView::ImageView(QWidget *parent)
     : ViewOn<QWidget>(parent)
 {
+    AccessibleImage::install();
 }
 
 ImageView::~ImageView() = default;
@@ -23,6 +25,18 @@ void ImageView::setImage(const Image &image)
     setNeedsDisplay();
 }
 
+QRectF ImageView::imageRect() const
+{
+    return fittedDown(m_image.size(), QRectF(rect()));
+}
+
+bool ImageView::isPressable() const
+{
+    return false;
+}
+
+void ImageView::press() { }
+
 QSizeF ImageView::intrinsicContentSize() const
 {
     return m_image ? m_image.size() : QSizeF(-1, -1);
@@ -30,7 +44,7 @@ QSizeF ImageView::intrinsicContentSize() const
 
 void ImageView::drawRect(QPainter &painter, const QRectF &)
 {
-    m_image.draw(painter, onWholePixel(fittedDown(m_image.size(), QRectF(rect())), painter));
+    m_image.draw(painter, onWholePixel(imageRect(), painter));
 }
 
 void ImageView::paintEvent(QPaintEvent *event)

@@ -22,6 +22,12 @@ public:
     [[nodiscard]] Image image() const { return m_image; }
     void setImage(const Image &image);
 
+    /// Where the image is, in the widget's coordinates. Empty without an image.
+    [[nodiscard]] QRectF imageRect() const;
+    /// Whether assistive technology may press the view, and what a press does. Not here.
+    [[nodiscard]] virtual bool isPressable() const;
+    virtual void press();
+
     /// The image's size; none without an image.
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
 

@@ -176,18 +176,16 @@ quint64 LayoutManager::characterIndexForPoint(const QPointF &point)
     const auto line = text.lineAt(point.y());
     if (!(point.y() >= 0) || line == text.all().end() || line->characters.length() == 0)
         return notFound;
-    quint64 nearest = quint64(line->characters.start);
+    const TextPiece *nearest = nullptr;
     double nearestDistance = std::numeric_limits<double>::infinity();
     for (const TextPiece &piece : line->pieces) {
-        for (const TextExtent &extent : piece.extents) {
-            const double distance = std::max({extent.left - point.x(), point.x() - extent.right, 0.0});
-            if (distance < nearestDistance) {
-                nearest = quint64(piece.characterAt(point.x(), extent));
-                nearestDistance = distance;
-            }
+        const double distance = distanceBetween(piece.extents, point.x());
+        if (distance < nearestDistance) {
+            nearest = &piece;
+            nearestDistance = distance;
         }
     }
-    return nearest;
+    return quint64(nearest ? nearest->characterAt(point.x()) : line->characters.start);
 }
 
 void LayoutManager::drawBackgroundForGlyphRange(

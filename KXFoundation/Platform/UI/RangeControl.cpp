@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/RangeControl.h>
 
+#include <KXFoundation/Platform/UI/AccessibleControl.h>
 #include <KXFoundation/Platform/UI/Event.h>
 
 #include <QtGui/QAccessible>
 #include <QtGui/QKeyEvent>
-#include <QtWidgets/QAccessibleWidget>
+#include <QtWidgets/QWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -16,10 +17,10 @@ namespace kx {
 
 namespace {
 
-class AccessibleRange : public QAccessibleWidget, public QAccessibleValueInterface {
+class AccessibleRange : public AccessibleControl, public QAccessibleValueInterface {
 public:
     AccessibleRange(QWidget *widget, RangeControl &control)
-        : QAccessibleWidget(widget, QAccessible::Slider)
+        : AccessibleControl(widget, QAccessible::Slider)
         , m_control(control)
     {
     }
@@ -27,11 +28,34 @@ public:
     void *interface_cast(QAccessible::InterfaceType type) override
     {
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
+                                                   : AccessibleControl::interface_cast(type);
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Value ? m_control.valueText() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? m_control.valueText() : AccessibleControl::text(kind);
+    }
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = AccessibleControl::state();
+        state.readOnly = !m_control.rangeState().isAdjustable;
+        return state;
+    }
+    [[nodiscard]] QStringList actionNames() const override
+    {
+        QStringList names = AccessibleControl::actionNames();
+        if (isAdjustable(m_control.rangeState()))
+            names << increaseAction() << decreaseAction();
+        return names;
+    }
+    void doAction(const QString &action) override
+    {
+        const RangeState state = m_control.rangeState();
+        if (action == increaseAction())
+            setCurrentValue(state.value + state.step);
+        else if (action == decreaseAction())
+            setCurrentValue(state.value - state.step);
+        else
+            AccessibleControl::doAction(action);
     }
     [[nodiscard]] QVariant currentValue() const override { return m_control.rangeState().value; }
     [[nodiscard]] QVariant minimumValue() const override { return m_control.rangeState().minimum; }
@@ -42,11 +66,16 @@ public:
         bool isNumber = false;
         const double number = value.toDouble(&isNumber);
         const RangeState state = m_control.rangeState();
-        if (widget()->isEnabled() && isNumber && !std::isnan(number) && state.maximum > state.minimum)
+        if (isAdjustable(state) && isNumber && !std::isnan(number))
             m_control.setByUser(std::clamp(number, state.minimum, state.maximum));
     }
 
 private:
+    [[nodiscard]] bool isAdjustable(const RangeState &state) const
+    {
+        return widget()->isEnabled() && state.isAdjustable && state.maximum > state.minimum;
+    }
+
     RangeControl &m_control;
 };
 
@@ -65,11 +94,7 @@ RangeControl::~RangeControl() = default;
 
 void RangeControl::makeAccessible()
 {
-    static const bool once = [] {
-        QAccessible::installFactory(accessibleRange);
-        return true;
-    }();
-    static_cast<void>(once);
+    QAccessible::installFactory(accessibleRange); // once, however often it is called
 }
 
 void RangeControl::valueWasChanged(QWidget &widget) const
@@ -83,7 +108,8 @@ void RangeControl::valueWasChanged(QWidget &widget) const
 std::optional<double> RangeControl::valueForKey(const Event &event) const
 {
     const RangeState state = rangeState();
-    if (event.type() != EventType::KeyDown || !event.qtEvent() || !(state.maximum > state.minimum))
+    if (event.type() != EventType::KeyDown || !event.qtEvent() || !state.isAdjustable
+        || !(state.maximum > state.minimum))
         return std::nullopt;
     const auto &key = static_cast<const QKeyEvent &>(*event.qtEvent());
     if (key.modifiers() & ~Qt::KeypadModifier)

@@ -21,6 +21,7 @@ struct RangeState {
     double maximum = 0;
     double step = 0; ///< of the arrow keys
     double pageStep = 0; ///< of page up and page down
+    bool isAdjustable = true; ///< by its user
 };
 
 /// What keyboard and assistive technology need of such a control. A widget class that implements it, and names it in
@@ -42,7 +43,7 @@ protected:
     /// Tells assistive technology of a new value. `widget` is the control itself.
     void valueWasChanged(QWidget &widget) const;
     /// The value that a key asks for: arrows, page up and down, home and end, within the range. Absent for other keys,
-    /// for keys with modifiers, and when there is no range.
+    /// for keys with modifiers, and when there is no range or its user may not choose.
     [[nodiscard]] std::optional<double> valueForKey(const Event &event) const;
 };
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/StandardWindowButton.h>
 
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/StandardWindowButtonGroup.h>
 #include <KXFoundation/Platform/UI/WindowButtonFace.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
-
-#include <QtGui/QFocusEvent>
 
 namespace kx {
 
@@ -14,18 +13,9 @@ StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask st
     , m_kind(kind)
 {
     switch (kind) {
-    case WindowButton::Close:
-        setAccessibleName(tr("Close"));
-        setEnabled(styleMask.testFlag(WindowStyle::Closable));
-        break;
-    case WindowButton::Miniaturize:
-        setAccessibleName(tr("Minimize"));
-        setEnabled(styleMask.testFlag(WindowStyle::Miniaturizable));
-        break;
-    case WindowButton::Zoom:
-        setAccessibleName(tr("Full screen"));
-        setEnabled(styleMask.testFlag(WindowStyle::Resizable));
-        break;
+    case WindowButton::Close: setEnabled(styleMask.testFlag(WindowStyle::Closable)); break;
+    case WindowButton::Miniaturize: setEnabled(styleMask.testFlag(WindowStyle::Miniaturizable)); break;
+    case WindowButton::Zoom: setEnabled(styleMask.testFlag(WindowStyle::Resizable)); break;
     }
     setAttribute(Qt::WA_Hover); // repainted when the pointer comes and goes
     resize(sizeHint());
@@ -33,6 +23,16 @@ StandardWindowButton::StandardWindowButton(WindowButton kind, WindowStyleMask st
 }
 
 StandardWindowButton::~StandardWindowButton() = default;
+
+QString StandardWindowButton::spokenName() const
+{
+    switch (m_kind) {
+    case WindowButton::Close: return tr("Close");
+    case WindowButton::Miniaturize: return tr("Minimize");
+    case WindowButton::Zoom: break;
+    }
+    return window()->isFullScreen() ? tr("Exit full screen") : tr("Full screen");
+}
 
 QSizeF StandardWindowButton::intrinsicContentSize() const
 {
@@ -64,23 +64,6 @@ bool StandardWindowButton::event(QEvent *event)
     return Button::event(event);
 }
 
-// Qt gives the first widget that Tab reaches the focus when a window becomes active.
-void StandardWindowButton::focusInEvent(QFocusEvent *event)
-{
-    Button::focusInEvent(event);
-    if (event->reason() != Qt::ActiveWindowFocusReason)
-        m_reached = true;
-    else if (!m_reached)
-        clearFocus();
-}
-
-void StandardWindowButton::focusOutEvent(QFocusEvent *event)
-{
-    Button::focusOutEvent(event);
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
-        m_reached = false;
-}
-
 void StandardWindowButton::drawRect(QPainter &painter, const QRectF &)
 {
     const bool hovered = isMouseInGroup();
@@ -90,9 +73,16 @@ void StandardWindowButton::drawRect(QPainter &painter, const QRectF &)
             .coloured = isEnabled() && (hovered || isActiveWindow()),
             .symbol = isEnabled() && hovered,
             .pressed = isDown(),
-            .focused = hasFocus(),
             .fullScreen = window()->isFullScreen(),
         });
+}
+
+void StandardWindowButton::drawFocusRing(QPainter &painter)
+{
+    const QRectF area = widgetRect(bounds());
+    constexpr double radius = 7;
+    const QPointF reach(radius, radius);
+    kx::drawFocusRing(painter, palette(), {area.center() - reach, area.center() + reach}, radius);
 }
 
 std::unique_ptr<StandardWindowButton> standardWindowButton(WindowButton kind, WindowStyleMask forStyleMask)

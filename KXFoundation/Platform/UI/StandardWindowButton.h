@@ -19,7 +19,6 @@ enum class WindowButton { Close = 0, Miniaturize = 1, Zoom = 2 };
 /// Coloured while its window is the active one or the pointer is over the group, grey otherwise and when disabled. The
 /// symbol shows while the pointer is over the group, which a superview that is a StandardWindowButtonGroup answers; in
 /// another superview the button is its own group. Tab reaches it, and the space bar and assistive technology press it.
-/// A window that comes to the front never begins with it: the space bar would close the window.
 class KX_UI_EXPORT StandardWindowButton : public Button {
     Q_OBJECT
 
@@ -30,20 +29,20 @@ public:
 
     [[nodiscard]] WindowButton kind() const { return m_kind; }
 
+    /// What it does to its window.
+    [[nodiscard]] QString spokenName() const override;
     [[nodiscard]] QSizeF intrinsicContentSize() const override;
 
 protected:
     bool event(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    void drawFocusRing(QPainter &painter) override;
 
 private:
     void act();
     [[nodiscard]] bool isMouseInGroup() const;
 
     WindowButton m_kind;
-    bool m_reached = false; // by the user, with the keyboard
 };
 
 /// A new button, with its size, and without a superview; null for a kind that there is not.

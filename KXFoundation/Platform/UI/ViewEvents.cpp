@@ -3,6 +3,7 @@
 #include <KXFoundation/Platform/UI/Cursor.h>
 #include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
+#include <KXFoundation/Platform/UI/ViewWatch.h>
 
 #include <QtGui/QContextMenuEvent>
 
@@ -42,6 +43,10 @@ bool ViewInterface::routeEvent(QEvent &event)
         takeFocusByClick();
     if (!alive)
         return true;
+    if (wrapped.type() == EventType::LeftMouseDown)
+        ViewWatch::instance().setPressed(m_widget);
+    else if (wrapped.type() == EventType::LeftMouseUp)
+        ViewWatch::instance().setPressed(nullptr);
     Live live{&event};
     Live *outer = std::exchange(m_live, &live);
     event.accept();
@@ -64,6 +69,12 @@ void ViewInterface::handToBase(Event *event)
         live.ignore(); // a disabled widget leaves the event as it is
 }
 
+void ViewInterface::mouseUngrabbed()
+{
+    ViewWatch::instance().setPressed(nullptr);
+    pressCancelled();
+}
+
 void ViewInterface::takeFocusByClick()
 {
     if (m_widget->isEnabled() && !m_widget->hasFocus() && acceptsFirstResponder())
@@ -84,6 +95,8 @@ void ViewInterface::mouseDragged(Event *event)
 {
     handToBase(event);
 }
+
+void ViewInterface::pressCancelled() { }
 
 void ViewInterface::rightMouseDown(Event *event)
 {

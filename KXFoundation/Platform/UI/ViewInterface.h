@@ -131,6 +131,10 @@ public:
     virtual void mouseDown(Event *event);
     virtual void mouseUp(Event *event);
     virtual void mouseDragged(Event *event);
+    /// The left press that the view got is taken back: no release will come, because the view was hidden, a modal
+    /// window has come up, or the window's wait for a drag was cut short. To be shown as no longer pressed; nothing is
+    /// performed. Does nothing here.
+    virtual void pressCancelled();
     virtual void rightMouseDown(Event *event);
     virtual void rightMouseUp(Event *event);
     virtual void rightMouseDragged(Event *event);
@@ -192,6 +196,8 @@ protected:
     /// Lets a mouse, wheel or key event reach its handler. False when it has none; then it is the base class's. The
     /// view may be gone afterwards.
     [[nodiscard]] bool routeEvent(QEvent &event);
+    /// To be called for QEvent::UngrabMouse.
+    void mouseUngrabbed();
     /// What the widget class beneath does with an event.
     virtual bool baseEvent(QEvent &event) = 0;
     /// Paints the view, within a paint event of its widget.

@@ -31,6 +31,10 @@ protected:
         // Before the base class: some controls act on presses in event() itself.
         if (routeEvent(*event))
             return true;
+        if (event->type() == QEvent::UngrabMouse) {
+            mouseUngrabbed();
+            return true;
+        }
         if (event->type() != QEvent::Resize && event->type() != QEvent::Move)
             return Base::event(event);
         const QPointer<QWidget> alive(this);

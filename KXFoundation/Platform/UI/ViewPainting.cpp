@@ -3,6 +3,7 @@
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/LayerShadow.h>
+#include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <QtGui/QImage>
@@ -46,11 +47,8 @@ void ViewInterface::setNeedsDisplay()
 
 void ViewInterface::setNeedsDisplayInRect(const QRectF &rect)
 {
-    const QRectF part = widgetRect(rect);
-    // An edge that no integer holds, or that is no number, has no pixel: then all is repainted.
-    const auto hasPixel = [](double edge) { return std::abs(edge) < 1e9; };
-    if (hasPixel(part.left()) && hasPixel(part.top()) && hasPixel(part.right()) && hasPixel(part.bottom()))
-        m_widget->update(part.toAlignedRect());
+    if (const std::optional<QRect> part = pixelsAround(widgetRect(rect)))
+        m_widget->update(*part);
     else
         m_widget->update();
 }

@@ -45,8 +45,10 @@ bool looksForWidget(const QSinglePointEvent &event)
     }
 }
 
+} // namespace
+
 /// Where an event of the pointer is among the widgets.
-struct Place {
+struct ViewWatch::Place {
     Place(QWidget &target, const QSinglePointEvent &event)
         : Place(target, event, QApplication::activePopupWidget())
     {
@@ -67,8 +69,6 @@ private:
     {
     }
 };
-
-} // namespace
 
 ViewWatch &ViewWatch::instance()
 {
@@ -122,8 +122,12 @@ void ViewWatch::widgetEvent(QWidget &widget, const QEvent &event)
     switch (event.type()) {
     case QEvent::Move:
     case QEvent::Resize:
-    case QEvent::Hide:
     case QEvent::ZOrderChange: m_tracker.views().invalidate(); break;
+    case QEvent::Hide:
+        m_tracker.views().invalidate();
+        if (&widget == m_pressed && widget.isHidden()) // not with its parent: then it still gets the release
+            losePress();
+        break;
     case QEvent::Show:
         m_tracker.views().invalidate();
         settleWindows(widget, false); // what is visible below it has had an event of its own
@@ -179,6 +183,10 @@ bool ViewWatch::Tap::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Enter:
     case QEvent::Leave: return m_watch.deliver(static_cast<QWindow &>(*watched), *event);
     case QEvent::Expose: m_watch.postUpdate(); return false;
+    case QEvent::WindowBlocked:
+        if (m_watch.m_pressed && m_watch.m_pressed->window()->windowHandle() == watched)
+            m_watch.losePress();
+        return false;
     default: return false;
     }
 }
@@ -191,11 +199,8 @@ bool ViewWatch::deliver(QWindow &window, QEvent &event)
     if (!host)
         return !alive;
     const auto *pointer = event.isSinglePointEvent() ? static_cast<QSinglePointEvent *>(&event) : nullptr;
-    if (pointer && looksForWidget(*pointer)) {
-        const Place place(*host, *pointer);
-        const ViewMap::Spots spots = m_tracker.views().viewsAt(place.window, place.positionInWindow);
-        m_hitTesting.prepare(place.host, place.position.toPoint(), spots);
-    }
+    if (pointer && looksForWidget(*pointer))
+        prepareHitTesting(Place(*host, *pointer));
     QObject &receiver = window; // through the base class, where this function is public
     receiver.event(&event);
     m_hitTesting.restore();
@@ -209,6 +214,26 @@ bool ViewWatch::deliver(QWindow &window, QEvent &event)
         m_tracker.pointerLeft(*host->window());
     }
     return true;
+}
+
+void ViewWatch::prepareHitTesting(const Place &place)
+{
+    const ViewMap::Spots spots = m_tracker.views().viewsAt(place.window, place.positionInWindow);
+    m_hitTesting.prepare(place.host, place.position.toPoint(), spots);
+}
+
+QWidget *ViewWatch::widgetAt(QWindow &window, const QMouseEvent &press)
+{
+    if (QWidget *grabber = QWidget::mouseGrabber())
+        return grabber;
+    QWidget *target = QWidget::find(window.winId());
+    if (!target)
+        return nullptr;
+    const Place place(*target, press);
+    prepareHitTesting(place);
+    QWidget *found = place.host.childAt(place.position.toPoint());
+    m_hitTesting.restore();
+    return found ? found : &place.host;
 }
 
 void ViewWatch::updateTrackingAreas(bool onlyEntered)
@@ -231,6 +256,12 @@ void ViewWatch::postUpdate()
         return;
     // Behind the requests of layouts, also those that are still to come: views get the place they stay in first.
     QCoreApplication::postEvent(this, new QEvent(updateRequest), Qt::LowEventPriority);
+}
+
+void ViewWatch::losePress()
+{
+    QEvent ungrab(QEvent::UngrabMouse);
+    QCoreApplication::sendEvent(std::exchange(m_pressed, nullptr), &ungrab);
 }
 
 bool ViewWatch::event(QEvent *event)

@@ -6,6 +6,7 @@
 
 #include <QtCore/QObject>
 
+class QMouseEvent;
 class QSinglePointEvent;
 class QWindow;
 
@@ -29,15 +30,23 @@ public:
 
     [[nodiscard]] PointerTracker &tracker() { return m_tracker; }
 
+    /// The view that has had a left press and no release yet; null for none. When Qt forgets it, so that none will
+    /// come, it hears QEvent::UngrabMouse.
+    void setPressed(QWidget *view) { m_pressed = view; }
+
     /// Has the view's updateTrackingAreas() called before the next event of the pointer, however often this was asked
     /// by then. For a view that has entered a window, not later than when that is on the screen and the events at hand
     /// are handled.
     void updateTrackingAreasOf(ViewInterface &view, bool entered);
 
+    /// The widget that Qt will find for a press on a native window, when that is delivered; null without one.
+    [[nodiscard]] QWidget *widgetAt(QWindow &window, const QMouseEvent &press);
+
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    struct Place;
     /// The filter of native windows. Filters of the application see an event first.
     class Tap : public QObject {
     public:
@@ -61,13 +70,16 @@ private:
     static void settleWindows(QWidget &widget, bool all);
     void tap(QWindow &window);
     bool deliver(QWindow &window, QEvent &event);
+    void prepareHitTesting(const Place &place);
     void updateTrackingAreas(bool onlyEntered);
     void postUpdate();
+    void losePress();
 
     Tap m_tap;
     PointerTracker m_tracker;
     HitTesting m_hitTesting;
     QList<Due> m_due;
+    QPointer<QWidget> m_pressed;
     bool m_updatePosted = false;
 };
 

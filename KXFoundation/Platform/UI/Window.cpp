@@ -3,6 +3,8 @@
 
 #include <KXFoundation/Platform/UI/Geometry.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
+#include <KXFoundation/Platform/UI/ViewInterface.h>
+#include <KXFoundation/Platform/UI/ViewWatch.h>
 #include <KXFoundation/Platform/UI/WindowController.h>
 #include <KXFoundation/Platform/UI/WindowCorner.h>
 #include <KXFoundation/Platform/UI/WindowEvents.h>
@@ -13,10 +15,15 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+
+#include <utility>
 
 namespace kx {
 
 namespace {
+
+constexpr EventMask dragOrUp = eventMask(EventType::LeftMouseDragged) | eventMask(EventType::LeftMouseUp);
 
 Qt::WindowFlags flagsFor(WindowStyleMask style)
 {
@@ -131,8 +138,52 @@ void Window::center()
 
 void Window::sendEvent(Event *event)
 {
-    if (event)
+    if (event && m_movableByWindowBackground && isOnBackground(*event))
+        trackBackground(*event);
+    else if (event)
         WindowEvents::deliver(*event);
+}
+
+// Whether it is the press of a device that Qt would hand to the window itself, or to a view that lets it move the
+// window.
+bool Window::isOnBackground(const Event &press) const
+{
+    auto *handle = qobject_cast<QWindow *>(press.receiver());
+    if (press.type() != EventType::LeftMouseDown || press.buttons() != Qt::LeftButton || !handle || isMaximized()
+        || isFullScreen())
+        return false;
+    QWidget *hit = ViewWatch::instance().widgetAt(*handle, static_cast<const QMouseEvent &>(*press.qtEvent()));
+    const ViewInterface *view = hit && hit->window() == this ? ViewInterface::of(hit) : nullptr;
+    return view ? view->mouseDownCanMoveWindow() : hit == this;
+}
+
+void Window::trackBackground(const Event &press)
+{
+    const QPointer<Window> alive(this);
+    const QPointF start = convertRectToScreen(QRectF(press.locationInWindow(), QSizeF())).topLeft();
+    const QRectF placed = frame();
+    QList<Event> click{press}; // until it proves to be a drag
+    bool drags = false;
+    for (;;) {
+        const std::optional<Event> next = nextEvent(dragOrUp, false);
+        if (!next || next->type() != EventType::LeftMouseDragged)
+            break; // a release goes its own way; after a drag Qt knows no widget that it could be for
+        static_cast<void>(nextEvent(dragOrUp));
+        const QPointF shift = next->screenLocation() - start;
+        drags |= shift.manhattanLength() >= QApplication::startDragDistance();
+        if (!drags)
+            click.append(*next);
+        else if (canPlaceItself())
+            setFrame(placed.translated(shift), true);
+        else
+            handDragToSystemMove();
+        if (!alive)
+            return;
+    }
+    for (const Event &event : std::as_const(click)) {
+        if (alive && !drags)
+            WindowEvents::deliver(event);
+    }
 }
 
 std::optional<Event> Window::nextEvent(EventMask mask, bool dequeue)
@@ -157,6 +208,12 @@ void Window::setIgnoresMouseEvents(bool ignores)
     setAttribute(Qt::WA_TransparentForMouseEvents, ignores);
     applyInputFlags();
     Q_EMIT ignoresMouseEventsChanged(ignores);
+}
+
+void Window::setMovableByWindowBackground(bool movable)
+{
+    if (std::exchange(m_movableByWindowBackground, movable) != movable)
+        Q_EMIT movableByWindowBackgroundChanged(movable);
 }
 
 void Window::setAppearance(Appearance appearance)

@@ -35,6 +35,8 @@ class KX_UI_EXPORT Window : public QMainWindow, public Responder {
     Q_PROPERTY(QSizeF maxSize READ maxSize WRITE setMaxSize DESIGNABLE false STORED false)
     Q_PROPERTY(
         bool ignoresMouseEvents READ ignoresMouseEvents WRITE setIgnoresMouseEvents NOTIFY ignoresMouseEventsChanged)
+    Q_PROPERTY(bool movableByWindowBackground READ isMovableByWindowBackground WRITE setMovableByWindowBackground NOTIFY
+            movableByWindowBackgroundChanged)
 
 public:
     explicit Window(QWidget *parent = nullptr, Qt::WindowFlags flags = {});
@@ -97,6 +99,15 @@ public:
     [[nodiscard]] bool ignoresMouseEvents() const;
     void setIgnoresMouseEvents(bool ignores);
 
+    /// Whether a left press on the window itself, or on a view whose mouseDownCanMoveWindow() says so, drags the window
+    /// as a title bar would. False at first.
+    ///
+    /// sendEvent() waits for the end of such a press here. A drag is one from QApplication::startDragDistance() on, and
+    /// no view hears of it; what is none reaches the view with its release. Plain widgets move nothing, nor does
+    /// anything in a window that is maximized or in full screen.
+    [[nodiscard]] bool isMovableByWindowBackground() const { return m_movableByWindowBackground; }
+    void setMovableByWindowBackground(bool movable);
+
     // --- look ----------------------------------------------------------------------------------------------------
 
     /// Inherited at first.
@@ -126,6 +137,7 @@ public:
 
 Q_SIGNALS:
     void ignoresMouseEventsChanged(bool ignores);
+    void movableByWindowBackgroundChanged(bool movable);
 
 protected:
     bool event(QEvent *event) override;
@@ -144,12 +156,15 @@ protected:
 private:
     friend class WindowController;
 
+    [[nodiscard]] bool isOnBackground(const Event &press) const;
+    void trackBackground(const Event &press);
     void releaseDrag();
     [[nodiscard]] QMarginsF decoration() const;
     void applyInputFlags();
 
     std::optional<WindowStyleMask> m_styleMask;
     Appearance m_appearance = Appearance::Inherited;
+    bool m_movableByWindowBackground = false;
     WindowController *m_controller = nullptr; // set and cleared by the controller
     QPointer<WindowCorner> m_corner;
 };

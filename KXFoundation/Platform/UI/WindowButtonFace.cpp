@@ -63,11 +63,6 @@ void drawWindowButtonFace(QPainter &painter, const QRectF &area, const WindowBut
     painter.drawEllipse(QPointF(0, 0), radius - 0.25, radius - 0.25);
     if (face.symbol)
         drawSymbol(painter, face, fill.darker(280));
-    if (face.focused) {
-        painter.setPen(QPen(QColor(38, 120, 240), 1));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawEllipse(QPointF(0, 0), radius + 0.5, radius + 0.5);
-    }
     painter.restore();
 }
 

@@ -12,11 +12,10 @@ struct WindowButtonFace {
     bool coloured; ///< Else grey.
     bool symbol;
     bool pressed;
-    bool focused;
     bool fullScreen; ///< Which way the arrows of the zoom button point.
 };
 
-/// A disc of 12 logical pixels in the middle of `area` (y growing downwards), with what belongs on and around it.
+/// A disc of 12 logical pixels in the middle of `area` (y growing downwards), with what belongs on it.
 void drawWindowButtonFace(QPainter &painter, const QRectF &area, const WindowButtonFace &face);
 
 } // namespace kx

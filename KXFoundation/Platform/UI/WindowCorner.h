@@ -5,8 +5,6 @@
 #include <KXFoundation/Platform/UI/StandardWindowButtonGroup.h>
 #include <KXFoundation/Platform/UI/View.h>
 
-#include <array>
-
 namespace kx {
 
 /// The top left corner of a window that has no decorations: 80 x 35, above the content, with the three buttons of the

@@ -91,7 +91,10 @@ void PNBaseView::setInset(const QMarginsF &inset)
     if (areEqual(m_inset, inset))
         return;
     m_inset = inset;
+    const QPointer<PNBaseView> alive(this);
     updateTrackingAreas();
+    if (alive)
+        Q_EMIT insetChanged(inset);
 }
 
 void PNBaseView::setName(const QString &name)

@@ -28,6 +28,7 @@ class KX_UI_EXPORT PNBaseView : public kx::View {
     Q_PROPERTY(QColor backgroundColor READ backgroundQColor WRITE setBackgroundColor NOTIFY backgroundColorChanged)
     Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
     Q_PROPERTY(bool needTracking READ needTracking WRITE setNeedTracking NOTIFY needTrackingChanged)
+    Q_PROPERTY(QMarginsF inset READ inset WRITE setInset NOTIFY insetChanged DESIGNABLE false)
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
     Q_PROPERTY(qint64 tag READ tag WRITE setTag)
 
@@ -87,6 +88,7 @@ Q_SIGNALS:
     void backgroundColorChanged();
     void userInteractionChanged(bool interacts);
     void needTrackingChanged(bool needed);
+    void insetChanged(const QMarginsF &inset);
     void nameChanged(const QString &name);
 
     // After the delegate has heard of it. Points count in the view.

@@ -2,13 +2,17 @@
 #include <KXFoundation/Platform/UI/Button.h>
 
 #include <Support/Pointer.h>
+#include <Support/TestImages.h>
 
 #include <QtGui/QAccessible>
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QDialog>
 
 using namespace Qt::StringLiterals;
+
+using kx::test::colorAt;
 
 namespace {
 
@@ -52,6 +56,7 @@ private Q_SLOTS:
     void holdsItsTargetWeakly();
     void mayBeDeletedByItsAction();
     void isDisabled();
+    void isNotDownAnyMoreWhenItsPressComesToNothing();
     void showsTheImageOfItsState();
     void scalesItsImageDownAndNeverUp();
     void showsItsImageOnWholePixels_data();
@@ -59,12 +64,17 @@ private Q_SLOTS:
     void keepsTitleAndAttributedTitleTogether();
     void drawsItsTitleInThePalettesColour();
     void drawsTheTitleBesideTheImage();
+    void keepsTheImageInSightBesideALongTitle();
+    void alignsItsTitle();
+    void showsTheTitleOfItsState();
     void hintsAtTheSizeOfItsContent();
     void rendersWithoutAFontAtItsLastSize();
     void takesTheFocusByTabAlone();
     void isAButtonToAssistiveTechnology();
 
 private:
+    [[nodiscard]] QImage picture() const { return m_button->grab().toImage(); }
+
     std::unique_ptr<QWidget> m_window;
     QPointer<kx::Button> m_button;
     std::unique_ptr<Target> m_target;
@@ -146,12 +156,30 @@ void ButtonTest::mayBeDeletedByItsAction()
 void ButtonTest::isDisabled()
 {
     m_button->setImage(square(10, Qt::red));
-    const QImage before = m_button->grab().toImage();
+    m_button->setTitle(u"MM"_s);
+    const QImage before = picture();
     m_button->setEnabled(false);
     Pointer(*m_button).click({50, 20});
     m_button->click();
     QCOMPARE(m_target->played, 0);
-    QCOMPARE(m_button->grab().toImage(), before); // no other look
+    QCOMPARE(picture(), before); // no other look
+}
+
+void ButtonTest::isNotDownAnyMoreWhenItsPressComesToNothing()
+{
+    Pointer pointer(*m_button);
+    pointer.moveTo({50, 20});
+    pointer.press();
+    QVERIFY(m_button->isDown());
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(!m_button->isDown());
+    pointer.release();
+    QCOMPARE(m_target->played, 0);
+    dialog.hide();
+    pointer.click({50, 20});
+    QCOMPARE(m_target->played, 1);
 }
 
 void ButtonTest::showsTheImageOfItsState()
@@ -159,25 +187,25 @@ void ButtonTest::showsTheImageOfItsState()
     QSignalSpy changed(m_button, &kx::Button::stateChanged);
     m_button->setImage(square(20, Qt::red));
     m_button->setState(1);
-    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::red));
+    QCOMPARE(colorAt(picture(), 50.5, 20.5), QColor(Qt::red));
     m_button->setAlternateImage(square(20, Qt::blue));
-    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::blue));
+    QCOMPARE(colorAt(picture(), 50.5, 20.5), QColor(Qt::blue));
     m_button->setState(0);
-    QCOMPARE(m_button->grab().toImage().pixelColor(50, 20), QColor(Qt::red));
+    QCOMPARE(colorAt(picture(), 50.5, 20.5), QColor(Qt::red));
     QCOMPARE(changed.count(), 2);
 }
 
 void ButtonTest::scalesItsImageDownAndNeverUp()
 {
     m_button->setImage(square(10, Qt::red));
-    QImage shown = m_button->grab().toImage();
-    QCOMPARE(shown.pixelColor(46, 16), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(40, 20) != QColor(Qt::red));
+    QImage shown = picture();
+    QCOMPARE(colorAt(shown, 46.5, 16.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 40.5, 20.5) != QColor(Qt::red));
     m_button->setImage(square(80, Qt::red)); // to 40, the height
-    shown = m_button->grab().toImage();
-    QCOMPARE(shown.pixelColor(32, 1), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(68, 38), QColor(Qt::red));
-    QVERIFY(shown.pixelColor(28, 20) != QColor(Qt::red));
+    shown = picture();
+    QCOMPARE(colorAt(shown, 32.5, 1.5), QColor(Qt::red));
+    QCOMPARE(colorAt(shown, 68.5, 38.5), QColor(Qt::red));
+    QVERIFY(colorAt(shown, 28.5, 20.5) != QColor(Qt::red));
 }
 
 void ButtonTest::showsItsImageOnWholePixels_data()
@@ -196,13 +224,9 @@ void ButtonTest::showsItsImageOnWholePixels()
         painter.fillRect(rect, Qt::blue);
         return true;
     }));
-    const QImage shown = m_button->grab().toImage();
-    int blue = 0;
-    for (int y = 0; y < shown.height(); ++y) {
-        for (int x = 0; x < shown.width(); ++x)
-            blue += shown.pixelColor(x, y) == QColor(Qt::blue) ? 1 : 0;
-    }
-    QCOMPARE(blue, 11 * 11);
+    const QImage shown = picture();
+    const int side = static_cast<int>(11 * shown.devicePixelRatio());
+    QCOMPARE(kx::test::countPixels(shown, Qt::blue), side * side);
 }
 
 void ButtonTest::keepsTitleAndAttributedTitleTogether()
@@ -222,12 +246,13 @@ void ButtonTest::keepsTitleAndAttributedTitleTogether()
 
 namespace {
 
-// How many pixels are about as red as can be.
-int redPixels(const QImage &image, const QRect &area)
+// How many pixels between two edges, in points, are about as red as can be.
+int redPixels(const QImage &image, double left, double right)
 {
+    const double ratio = image.devicePixelRatio();
     int count = 0;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = static_cast<int>(left * ratio); x < static_cast<int>(right * ratio); ++x) {
             const QColor color = image.pixelColor(x, y);
             count += color.red() > 200 && color.green() < 60 && color.blue() < 60;
         }
@@ -243,25 +268,61 @@ void ButtonTest::drawsItsTitleInThePalettesColour()
     palette.setColor(QPalette::ButtonText, Qt::red);
     m_button->setPalette(palette);
     m_button->setTitle(u"MMMM"_s);
-    QVERIFY(redPixels(m_button->grab().toImage(), m_button->rect()) > 30);
+    QVERIFY(redPixels(picture(), 0, 100) > 30);
     m_button->setTitle(QString());
-    QCOMPARE(redPixels(m_button->grab().toImage(), m_button->rect()), 0);
+    QCOMPARE(redPixels(picture(), 0, 100), 0);
 }
 
 void ButtonTest::drawsTheTitleBesideTheImage()
 {
     m_button->setImage(square(20, Qt::blue));
     m_button->setAttributedTitle(kx::AttributedString(u"MM"_s, {.foregroundColor = Qt::red}));
-    const QImage shown = m_button->grab().toImage();
-    int blueEnd = 0;
-    for (int x = 0; x < shown.width(); ++x) {
-        if (shown.pixelColor(x, 20) == QColor(Qt::blue))
+    const QImage shown = picture();
+    double blueEnd = 0;
+    for (double x = 0; x < 100; x += 0.5) {
+        if (colorAt(shown, x, 20.5) == QColor(Qt::blue))
             blueEnd = x;
     }
     QVERIFY(blueEnd > 0);
     QVERIFY(blueEnd < 60);
-    QCOMPARE(redPixels(shown, {0, 0, blueEnd + 1, 40}), 0);
-    QVERIFY(redPixels(shown, {blueEnd + 1, 0, 99 - blueEnd, 40}) > 15);
+    QCOMPARE(redPixels(shown, 0, blueEnd), 0);
+    QVERIFY(redPixels(shown, blueEnd, 100) > 15);
+}
+
+void ButtonTest::keepsTheImageInSightBesideALongTitle()
+{
+    m_button->setImage(square(20, Qt::blue));
+    m_button->setTitle(QString(40, u'M'));
+    const QImage shown = picture();
+    QCOMPARE(colorAt(shown, 0.5, 20.5), QColor(Qt::blue));
+    QCOMPARE(colorAt(shown, 19.5, 20.5), QColor(Qt::blue));
+}
+
+void ButtonTest::alignsItsTitle()
+{
+    m_button->setAttributedTitle(kx::AttributedString(u"M"_s, {.foregroundColor = Qt::red}));
+    const auto reds = [&] {
+        const QImage shown = picture();
+        return QList<bool>{redPixels(shown, 0, 30) > 5, redPixels(shown, 30, 70) > 5, redPixels(shown, 70, 100) > 5};
+    };
+    QCOMPARE(reds(), (QList<bool>{false, true, false}));
+    m_button->setAlignment(kx::TextAlignment::Left);
+    QCOMPARE(reds(), (QList<bool>{true, false, false}));
+    m_button->setAlignment(kx::TextAlignment::Right);
+    QCOMPARE(reds(), (QList<bool>{false, false, true}));
+}
+
+void ButtonTest::showsTheTitleOfItsState()
+{
+    const auto reds = [&] { return redPixels(picture(), 0, 100); };
+    m_button->setAttributedTitle(kx::AttributedString(u"MMMM"_s, {.foregroundColor = Qt::red}));
+    m_button->setAlternateTitle(u""_s);
+    m_button->setState(1);
+    QVERIFY(reds() > 30); // an empty one is none
+    m_button->setAlternateTitle(u"MMMM"_s);
+    QCOMPARE(reds(), 0);
+    m_button->setState(0);
+    QVERIFY(reds() > 30);
 }
 
 void ButtonTest::hintsAtTheSizeOfItsContent()

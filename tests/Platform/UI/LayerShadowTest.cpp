@@ -34,6 +34,11 @@ private Q_SLOTS:
     void blursLikeAGaussian();
     void keepsAnUnblurredPicture();
     void liesBelowTheView();
+    void blursByPoints();
+    void liesBetweenPixelsToTheNearestOne();
+    void isAsFaintAsTheView();
+    void takesTheShapeOfWhatIsDrawnNow();
+    void comesToTheTopWithTheView();
     void followsTheView();
     void hidesWithTheView();
     void goesWithTheView();
@@ -43,7 +48,11 @@ private Q_SLOTS:
     void movesWithItsViewToAnotherParent();
 
 private:
-    [[nodiscard]] QColor at(int x, int y) { return m_window->grab().toImage().pixelColor(x, y); }
+    [[nodiscard]] QColor at(int x, int y)
+    {
+        const QImage image = m_window->grab().toImage();
+        return image.pixelColor((QPointF(x + 0.25, y + 0.25) * image.devicePixelRatio()).toPoint());
+    }
     [[nodiscard]] QWidget *shadow() const { return shadowIn(*m_window); }
 
     std::unique_ptr<QWidget> m_window;
@@ -117,6 +126,51 @@ void LayerShadowTest::liesBelowTheView()
     m_view->layer()->setShadowOpacity(0.5);
     m_view->layer()->setShadowRadius(0);
     QTRY_VERIFY(qAbs(at(95, 70).green() - 127) <= 2);
+}
+
+void LayerShadowTest::blursByPoints()
+{
+    m_view->layer()->setShadowOffset({20, 0});
+    m_view->layer()->setShadowRadius(4);
+    // 2.5 beyond the edge a Gaussian of that deviation has lost 0.734 of it.
+    QTRY_VERIFY2(qAbs(at(112, 70).green() - 187) < 12, qPrintable(at(112, 70).name()));
+    QCOMPARE(at(112, 70).red(), 255);
+}
+
+void LayerShadowTest::liesBetweenPixelsToTheNearestOne()
+{
+    m_view->layer()->setShadowOffset({0.9, -20});
+    QTRY_COMPARE(at(90, 100), QColor(Qt::red));
+    QCOMPARE(at(50, 100), QColor(Qt::white));
+    QCOMPARE(at(91, 100), QColor(Qt::white));
+}
+
+void LayerShadowTest::isAsFaintAsTheView()
+{
+    m_view->setAlphaValue(0.5);
+    QTRY_VERIFY(qAbs(at(70, 100).green() - 127) <= 2);
+    m_view->setAlphaValue(0);
+    QTRY_COMPARE(at(70, 100), QColor(Qt::white));
+}
+
+void LayerShadowTest::takesTheShapeOfWhatIsDrawnNow()
+{
+    QCOMPARE(at(52, 107), QColor(Qt::red));
+    m_view->layer()->setCornerRadius(20);
+    QTRY_COMPARE(at(52, 107), QColor(Qt::white));
+    QCOMPARE(at(70, 107), QColor(Qt::red));
+}
+
+void LayerShadowTest::comesToTheTopWithTheView()
+{
+    QWidget other(m_window.get());
+    other.setGeometry(0, 95, 200, 50);
+    other.setPalette(QPalette(Qt::green));
+    other.setAutoFillBackground(true);
+    other.show();
+    QTRY_COMPARE(at(70, 100), QColor(Qt::green));
+    m_view->raise();
+    QTRY_COMPARE(at(70, 100), QColor(Qt::red));
 }
 
 void LayerShadowTest::followsTheView()

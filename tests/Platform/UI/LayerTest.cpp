@@ -31,10 +31,16 @@ public:
 
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override
     {
+        ++paints;
         dirty = dirtyRect;
+        font = painter.font();
+        pen = painter.pen().color();
         painter.fillRect(widgetRect(part), color);
     }
     QRectF dirty;
+    QFont font;
+    QColor pen;
+    int paints = 0;
 };
 
 } // namespace
@@ -49,6 +55,7 @@ private Q_SLOTS:
     void roundsItsCorners_data();
     void roundsItsCorners();
     void paintsItsBorderAboveTheDrawing();
+    void roundsItsBorderWithinAndWithout();
     void cutsTheDrawingAtItsCornersWhenItMasks();
     void blendsTheWholeViewAtOnce();
     void multipliesTheAlphaOfTheViewsAbove();
@@ -56,6 +63,8 @@ private Q_SLOTS:
     void keepsAlphaAsGiven();
     void survivesValuesThatMakeNoSense();
     void drawsInTheViewsCoordinates();
+    void drawsWithTheSamePainterAtEveryAlpha();
+    void repaintsSubviewsWhenItsAlphaChanges();
 
 private:
     std::unique_ptr<Patch> m_view;
@@ -137,6 +146,20 @@ void LayerTest::paintsItsBorderAboveTheDrawing()
     QCOMPARE(image.pixelColor(20, 19), QColor(Qt::black));
     m_view->layer()->setBorderWidth(0);
     QCOMPARE(painted(*m_view).pixelColor(0, 10), QColor(Qt::red));
+}
+
+void LayerTest::roundsItsBorderWithinAndWithout()
+{
+    m_view->setFrame({0, 0, 60, 60});
+    m_view->part = m_view->bounds();
+    m_view->color = Qt::red;
+    m_view->layer()->setCornerRadius(20);
+    m_view->layer()->setBorderColor(Qt::black);
+    m_view->layer()->setBorderWidth(10); // the inner edge is 10 away, with a radius of 10
+    const QImage image = painted(*m_view);
+    QCOMPARE(image.pixelColor(7, 7), QColor(Qt::black));
+    QCOMPARE(image.pixelColor(11, 11), QColor(Qt::black));
+    QCOMPARE(image.pixelColor(13, 13), QColor(Qt::red));
 }
 
 void LayerTest::cutsTheDrawingAtItsCornersWhenItMasks()
@@ -223,6 +246,37 @@ void LayerTest::drawsInTheViewsCoordinates()
     m_view->render(static_cast<QPaintDevice *>(std::make_unique<QImage>(40, 20, QImage::Format_RGB32).get()), {},
         QRegion(0, 5, 10, 5), {});
     QCOMPARE(m_view->dirty, QRectF(0, 10, 10, 5)); // five below the top: ten above the bottom
+}
+
+void LayerTest::drawsWithTheSamePainterAtEveryAlpha()
+{
+    QFont large = m_view->QWidget::font();
+    large.setPixelSize(31);
+    m_view->setFont(large);
+    QPalette palette = m_view->palette();
+    palette.setColor(QPalette::WindowText, Qt::green);
+    m_view->setPalette(palette);
+    for (const double alpha : {1.0, 0.5}) {
+        m_view->setAlphaValue(alpha);
+        (void)painted(*m_view);
+        QCOMPARE(m_view->Patch::font.pixelSize(), 31);
+        QCOMPARE(m_view->pen, QColor(Qt::green));
+    }
+}
+
+void LayerTest::repaintsSubviewsWhenItsAlphaChanges()
+{
+    auto *child = new Patch;
+    child->setFrame({0, 0, 40, 20});
+    child->setAttribute(Qt::WA_OpaquePaintEvent); // Qt would not repaint it for its parent's sake
+    m_view->addSubview(*child);
+    m_view->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    QTRY_VERIFY(child->paints > 0);
+    QCoreApplication::processEvents();
+    child->paints = 0;
+    m_view->setAlphaValue(0.5);
+    QTRY_COMPARE(child->paints, 1);
 }
 
 QTEST_MAIN(LayerTest)

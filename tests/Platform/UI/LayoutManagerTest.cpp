@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "LaidOutText.h"
 
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QFontMetricsF>
 #include <QtTest/QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <limits>
@@ -76,6 +79,7 @@ private Q_SLOTS:
     void everyLineStartsAtTheLeft_data();
     void everyLineStartsAtTheLeft();
     void aLineIsAsHighAsItsTallestFont();
+    void marksDoNotRaiseTheLine();
     void anEmptyLineHasTheFontOfItsEnd();
     void neighboursMeet_data();
     void neighboursMeet();
@@ -83,6 +87,10 @@ private Q_SLOTS:
     void placesCharactersThatRunRightToLeft();
     void givesEachPartOfMixedDirections();
     void partsALigature();
+    void partsGlyphsEvenly_data();
+    void partsGlyphsEvenly();
+    void charactersFillTheirLine_data();
+    void charactersFillTheirLine();
     void doesNotJoinLettersOfDifferentRuns();
     void keepsASurrogatePairTogether();
     void measuresTabs();
@@ -202,6 +210,12 @@ void LayoutManagerTest::aLineIsAsHighAsItsTallestFont()
     QVERIFY(isClose(text.rectOf(5, 4).width(), advance(u"tall"_qs, LaidOutText::font(40))));
 }
 
+void LayoutManagerTest::marksDoNotRaiseTheLine()
+{
+    for (const char *marked : {"q\u0301", "q\u0301\u0302", "q\u0323", "שָׁ"})
+        QCOMPARE(LaidOutText(QString::fromUtf8(marked)).manager.usedRect().height(), lineHeight());
+}
+
 void LayoutManagerTest::anEmptyLineHasTheFontOfItsEnd()
 {
     const TextAttributes tall{.font = LaidOutText::font(40)};
@@ -278,6 +292,92 @@ void LayoutManagerTest::partsALigature()
     LaidOutText text(u"fi"_qs);
     QVERIFY(isClose(text.rectOf(0, 1).width(), text.rectOf(1, 1).width()));
     QVERIFY(isClose(text.rectOf(0, 1).right(), text.rectOf(1, 1).left()));
+}
+
+void LayoutManagerTest::partsGlyphsEvenly_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("glyph"); // one for several characters
+    QTest::addColumn<QList<int>>("carets"); // the characters of it that can be meant
+    const QString family = QString::fromUtf8("👨‍👩‍👧");
+    QTest::newRow("two letters") << u"a"_qs << u"fi"_qs << QList<int>{0, 1};
+    QTest::newRow("three letters") << u"a"_qs << u"ffi"_qs << QList<int>{0, 1, 2};
+    QTest::newRow("first in the line") << u""_qs << u"ffl"_qs << QList<int>{0, 1, 2};
+    QTest::newRow("right to left") << QString::fromUtf8("ب") << QString::fromUtf8("لا") << QList<int>{0, 1};
+    QTest::newRow("surrogates") << u"a"_qs << QString::fromUtf8("😀") << QList<int>{0};
+    QTest::newRow("a mark") << u"a"_qs << QString::fromUtf8("e\u0301") << QList<int>{0};
+    QTest::newRow("two marks") << u"a"_qs << QString::fromUtf8("q\u0301\u0302") << QList<int>{0};
+    QTest::newRow("two marks, right to left") << QString::fromUtf8("ב") << QString::fromUtf8("שָׁ") << QList<int>{0};
+    QTest::newRow("joined pictures") << u"a"_qs << family << QList<int>{0};
+}
+
+void LayoutManagerTest::partsGlyphsEvenly()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, glyph);
+    QFETCH(QList<int>, carets);
+    const bool rightToLeft = glyph.isRightToLeft();
+    LaidOutText text(before + glyph + before);
+    const auto start = quint64(before.size());
+    const auto length = quint64(glyph.size());
+    const QRectF whole = text.rectOf(start, length);
+    const double each = whole.width() / double(length);
+    for (quint64 i = 0; i < length; ++i) {
+        const QRectF part = text.rectOf(start + i, 1);
+        QVERIFY(isClose(part.width(), each));
+        const double shift = each * double(i);
+        QVERIFY(isClose(part.left(), rightToLeft ? whole.right() - shift - each : whole.left() + shift));
+        QVERIFY(isClose(text.rectOf(0, start + i).width(), text.rectOf(0, start).width() + shift));
+        QVERIFY(isClose(text.rectOf(start + i, 2 * start + length).width(),
+            text.manager.usedRect().width() - text.rectOf(0, start).width() - shift));
+        const auto meant = std::find_if(carets.rbegin(), carets.rend(), [&](int caret) { return caret <= int(i); });
+        QCOMPARE(text.manager.characterIndexForPoint(part.center()), start + quint64(*meant));
+    }
+}
+
+void LayoutManagerTest::charactersFillTheirLine_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 100; ++seed)
+        QTest::addRow("%u", seed) << seed;
+}
+
+// Whatever is mixed: they lie side by side, without gaps and overlaps, and each is found where it is.
+void LayoutManagerTest::charactersFillTheirLine()
+{
+    QFETCH(quint32, seed);
+    static const char *const samples[] = {"a", "ffi", "fl", "W", " ", "1", "-", "(", "שלום", "שָׁ", "بلا", "ع", "😀",
+        "👨‍👩‍👧", "q\u0301\u0302", "❤️", "\u200F"};
+    QRandomGenerator random(seed);
+    MutableAttributedString string;
+    for (int i = 0; i < 12; ++i) {
+        const QString sample = QString::fromUtf8(samples[random.bounded(int(std::size(samples)))]);
+        string.appendAttributedString(AttributedString(
+            sample, {.foregroundColor = random.bounded(3) == 0 ? kx::Color(QColor(Qt::red)) : kx::Color()}));
+    }
+    LaidOutText text(string);
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, string.string());
+    QList<QRectF> places;
+    quint64 meant = 0; // the start of the grapheme
+    for (quint64 i = 0; i < string.length(); ++i) {
+        const QList<QRectF> parts = text.manager.rectsForGlyphRange({i, 1});
+        QCOMPARE(parts.size(), 1);
+        const QRectF place = parts.first();
+        QVERIFY(place.width() >= 0);
+        places.append(place);
+        graphemes.setPosition(qsizetype(i));
+        meant = graphemes.isAtBoundary() ? i : meant;
+        if (place.width() > 1)
+            QCOMPARE(text.manager.characterIndexForPoint(place.center()), meant);
+    }
+    std::sort(places.begin(), places.end(), [](const QRectF &a, const QRectF &b) {
+        return a.left() != b.left() ? a.left() < b.left() : a.right() < b.right();
+    });
+    QCOMPARE(places.first().left(), 0.0);
+    for (qsizetype i = 1; i < places.size(); ++i)
+        QVERIFY(isClose(places.at(i - 1).right(), places.at(i).left()));
+    const double overhang = text.manager.usedRect().right() - places.last().right(); // of the last letter
+    QVERIFY(overhang > -tolerance && overhang < 3);
 }
 
 void LayoutManagerTest::doesNotJoinLettersOfDifferentRuns()

@@ -5,6 +5,7 @@
 #include <KXFoundation/Platform/UI/View.h>
 #include <KXFoundation/Platform/UI/WindowNotifications.h>
 
+#include "Support/Activation.h"
 #include "Support/Pointer.h"
 
 #include <QtGui/QAccessible>
@@ -119,6 +120,7 @@ private Q_SLOTS:
 
     void asksItsGroup();
     void isItsOwnGroupElsewhere();
+    void repaintsItselfWhenItsLookChanges();
     void showsItsState_data();
     void showsItsState();
     void hasThreeColours();
@@ -400,6 +402,35 @@ void StandardWindowButtonTest::isItsOwnGroupElsewhere()
     QVERIFY(!hasSymbol(picture(*button, 2)));
 }
 
+void StandardWindowButtonTest::repaintsItselfWhenItsLookChanges()
+{
+    class Paints : public QObject {
+    public:
+        int count = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            count += event->type() == QEvent::Paint;
+            return false;
+        }
+    };
+    auto *button = add(WindowButton::Close);
+    button->setPalette(QPalette(Qt::white)); // active or not, it is the same: Qt sees no reason to repaint
+    showActive();
+    Pointer pointer(*button);
+    pointer.moveTo(QPointF(60, -60));
+    QCoreApplication::processEvents();
+    Paints paints;
+    button->installEventFilter(&paints);
+    pointer.moveTo(QPointF(7, 8));
+    QTRY_COMPARE(paints.count, 1);
+    pointer.moveTo(QPointF(60, -60));
+    QTRY_COMPARE(paints.count, 2);
+    activate(nullptr);
+    QTRY_COMPARE(paints.count, 3);
+    activate(m_window.get());
+    QTRY_COMPARE(paints.count, 4);
+}
+
 void StandardWindowButtonTest::showsItsState_data()
 {
     QTest::addColumn<WindowButton>("kind");
@@ -479,7 +510,7 @@ void StandardWindowButtonTest::looksFocused()
     button->setFocus(Qt::TabFocusReason);
     const QImage after = picture(*button, 2);
     QVERIFY(at(before, 0.6, 8) != at(after, 0.6, 8));
-    QCOMPARE(disc(after), disc(before));
+    QCOMPARE(at(after, 7, 5), at(before, 7, 5));
 }
 
 void StandardWindowButtonTest::pointsInwardsInFullScreen()

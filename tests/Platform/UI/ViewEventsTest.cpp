@@ -7,6 +7,7 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QMainWindow>
 
 #include <functional>
@@ -83,6 +84,11 @@ public:
         if (note(u"key down"_qs, event))
             Base::keyDown(event);
     }
+    void pressCancelled() override
+    {
+        if (note(u"cancelled"_qs, nullptr))
+            Base::pressCancelled();
+    }
     void keyUp(kx::Event *event) override
     {
         if (note(u"key up"_qs, event))
@@ -125,6 +131,7 @@ protected:
 
 using NotingView = Noting<kx::View>;
 using NotingButton = Noting<PushView>;
+using Happening = std::function<void(QWidget &view, QDialog &dialog)>;
 
 } // namespace
 
@@ -152,6 +159,9 @@ private Q_SLOTS:
     void menusByKeyboardAreLeftAlone();
     void survivesBeingDeletedByAHandler_data();
     void survivesBeingDeletedByAHandler();
+    void hearsWhenAPressComesToNothing_data();
+    void hearsWhenAPressComesToNothing();
+    void hearsNothingOfAPressThatIsOver();
     void takesTheFocusByClickIfItAccepts();
     void followsItsFocusPolicyOtherwise();
     void movesTheWindowUnlessItIsOpaque();
@@ -370,6 +380,57 @@ void ViewEventsTest::survivesBeingDeletedByAHandler()
     pointer.wheel(QPoint(0, 120));
     QTest::keyClick(m_window->windowHandle(), Qt::Key_A);
     QVERIFY(!m_view);
+}
+
+void ViewEventsTest::hearsWhenAPressComesToNothing_data()
+{
+    QTest::addColumn<Happening>("happens");
+    QTest::addColumn<QStringList>("calls");
+    const auto row = [](const char *name, const QStringList &calls, const Happening &happens) {
+        QTest::newRow(name) << happens << calls;
+    };
+    const QStringList cancelled{u"down"_qs, u"cancelled"_qs};
+    const QStringList released{u"down"_qs, u"up"_qs};
+    row("the view is hidden", cancelled, [](QWidget &view, QDialog &) { view.hide(); });
+    row("a modal window comes up", cancelled, [](QWidget &, QDialog &dialog) {
+        dialog.setModal(true);
+        dialog.show();
+    });
+    row("a modal window for this window comes up", cancelled, [](QWidget &view, QDialog &dialog) {
+        dialog.setParent(view.window(), Qt::Dialog);
+        dialog.setWindowModality(Qt::WindowModal);
+        dialog.show();
+    });
+    row("another window comes up", released, [](QWidget &, QDialog &dialog) { dialog.show(); });
+    row("the parent is hidden", released, [](QWidget &view, QDialog &) { view.parentWidget()->hide(); });
+    row("the window is hidden", released, [](QWidget &view, QDialog &) { view.window()->hide(); });
+    row("the view is disabled", released, [](QWidget &view, QDialog &) { view.setEnabled(false); });
+}
+
+void ViewEventsTest::hearsWhenAPressComesToNothing()
+{
+    QFETCH(Happening, happens);
+    QDialog dialog;
+    Pointer pointer(*m_view);
+    pointer.moveTo(QPointF(20, 20));
+    pointer.press();
+    happens(*m_view, dialog);
+    pointer.release();
+    QTEST(m_view->calls, "calls");
+}
+
+void ViewEventsTest::hearsNothingOfAPressThatIsOver()
+{
+    QDialog dialog;
+    dialog.setModal(true);
+    m_view->onCall = [&] {
+        if (m_view->calls.last() == u"up"_qs)
+            dialog.show();
+    };
+    Pointer pointer(*m_view);
+    pointer.click(QPointF(20, 20));
+    m_view->hide();
+    QCOMPARE(m_view->calls, (QStringList{u"down"_qs, u"up"_qs}));
 }
 
 void ViewEventsTest::takesTheFocusByClickIfItAccepts()

@@ -96,6 +96,7 @@ private Q_SLOTS:
     void endsAHoverWhenTheApplicationResigns();
     void endsAHoverWhenHidden();
     void staysQuietAboutAHoverThatIsOver();
+    void knowsItsHoverWhenItTellsOfIt();
     void aPressWithoutAnEnterRearms();
     void aPressWithinAHoverDoesNot();
     void insetsShrinkTheAreaAndTheCursorsRectangle_data();
@@ -441,6 +442,20 @@ void PNBaseViewTest::staysQuietAboutAHoverThatIsOver()
     QCOMPARE(m_delegate->take(), QStringList());
 }
 
+void PNBaseViewTest::knowsItsHoverWhenItTellsOfIt()
+{
+    m_view->setNeedTracking(true);
+    m_delegate->onHeard = [this] { m_view->updateTrackingAreas(); };
+    m_view->mouseEntered(nullptr);
+    QCOMPARE(m_delegate->take(), (QStringList{u"entered without event"_qs, u"exited without event"_qs}));
+    m_delegate->onHeard = nullptr;
+    m_view->mouseEntered(nullptr);
+    m_delegate->take();
+    m_delegate->onHeard = [this] { m_view->updateTrackingAreas(); };
+    m_view->mouseExited(nullptr);
+    QCOMPARE(m_delegate->take(), QStringList{u"exited without event"_qs});
+}
+
 void PNBaseViewTest::aPressWithoutAnEnterRearms()
 {
     m_view->setNeedTracking(true);
@@ -449,8 +464,15 @@ void PNBaseViewTest::aPressWithoutAnEnterRearms()
     pointer.moveTo(QPointF(20, 20));
     m_view->updateTrackingAreas(); // ends the hover
     m_view->updates = 0;
+    int updatesAtThePress = -1;
+    m_delegate->onHeard = [&] {
+        if (m_delegate->heard.last() == u"down"_qs)
+            updatesAtThePress = m_view->updates;
+    };
     pointer.press();
+    QCOMPARE(updatesAtThePress, 0); // after it was told
     QCOMPARE(m_view->updates, 1);
+    m_delegate->onHeard = nullptr;
     pointer.release();
     pointer.press();
     QCOMPARE(m_view->updates, 2);
@@ -671,6 +693,7 @@ void PNBaseViewTest::hasPropertiesForForms()
     QSignalSpy interaction(m_view, &PNBaseView::userInteractionChanged);
     QSignalSpy tracking(m_view, &PNBaseView::needTrackingChanged);
     QSignalSpy name(m_view, &PNBaseView::nameChanged);
+    QSignalSpy inset(m_view, &PNBaseView::insetChanged);
     QVERIFY(m_view->setProperty("backgroundColor", QColor(1, 2, 3)));
     QCOMPARE(m_view->backgroundColor().toQColor(), QColor(1, 2, 3));
     QCOMPARE(m_view->property("backgroundColor").value<QColor>(), QColor(1, 2, 3));
@@ -687,6 +710,13 @@ void PNBaseViewTest::hasPropertiesForForms()
     QCOMPARE(interaction.takeFirst(), QVariantList{false});
     QCOMPARE(tracking.takeFirst(), QVariantList{true});
     QCOMPARE(name.count(), 1);
+    const QMarginsF margins(1, 2, 3, 4);
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(m_view->setProperty("inset", QVariant::fromValue(margins)));
+    QCOMPARE(m_view->inset(), margins);
+    QCOMPARE(m_view->property("inset").value<QMarginsF>(), margins);
+    QCOMPARE(inset.count(), 1);
+    QCOMPARE(inset.first().first().value<QMarginsF>(), margins);
     m_view->setName(QString());
     QVERIFY(m_view->name().isNull());
 }

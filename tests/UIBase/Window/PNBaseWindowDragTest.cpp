@@ -2,6 +2,8 @@
 #include "BaseWindowFixture.h"
 #include "Support/WindowWarnings.h"
 
+#include <KXFoundation/Platform/UI/View.h>
+
 #include <QtCore/QTimer>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void aSlowHandlerLagsByAPixelAtMost();
     void theNextRunStartsAfresh();
     void handlesOneStepByItself();
+    void aMovableBackgroundChangesNothingInItsAreas();
 
     void anEndThatIsNoReleaseTakesThePressBack_data();
     void anEndThatIsNoReleaseTakesThePressBack();
@@ -272,6 +275,44 @@ void PNBaseWindowDragTest::handlesOneStepByItself()
     kx::Event drag(kx::EventType::LeftMouseDragged, m_window.get(), frame.topLeft() + QPointF(200 - 10 + 25, 150 + 5));
     m_window->handleMoveOrResize(&drag);
     QCOMPARE(m_window->frame(), frame.translated(-10 + 25, 5));
+}
+
+void PNBaseWindowDragTest::aMovableBackgroundChangesNothingInItsAreas()
+{
+    class Counter : public kx::View {
+    public:
+        using kx::View::View;
+        void mouseDown(kx::Event *) override { ++presses; }
+        void mouseUp(kx::Event *) override { ++releases; }
+        int presses = 0;
+        int releases = 0;
+    };
+    auto *view = new Counter(m_window->view);
+    view->setGeometry(m_window->view->rect());
+    view->show();
+    m_window->setMovableByWindowBackground(true);
+    m_window->updateMoveIncludeRect({QRectF(0, 0, 200, 300)});
+
+    const QRectF frame = m_window->frame();
+    dragBy(*m_window, QPointF(100, 150), QPointF(), 0);
+    QTRY_COMPARE(view->releases, 1);
+    QCOMPARE(view->presses, 2);
+    dragBy(*m_window, QPointF(100, 150), QPointF(3, 0), 3);
+    QTRY_COMPARE(view->releases, 2);
+    QCOMPARE(view->presses, 3);
+    QCOMPARE(m_window->frame(), frame.translated(3, 0));
+
+    m_window->steps = 0;
+    dragBy(*m_window, QPointF(300, 150), QPointF(), 0);
+    QTRY_COMPARE(view->releases, 3);
+    QCOMPARE(view->presses, 4);
+    const QRect place = m_window->geometry();
+    dragBy(*m_window, QPointF(300, 150), QPointF(40, 0));
+    settleGeometry(*m_window, place.translated(40, 0));
+    QCOMPARE(m_window->frame(), frame.translated(43, 0));
+    QCOMPARE(view->presses, 4);
+    QCOMPARE(m_window->taken, 2);
+    QCOMPARE(m_window->steps, 0);
 }
 
 enum class End { Hide, Close, Dialog, OtherWindow, LostRelease };

@@ -59,7 +59,8 @@ private:
     [[nodiscard]] Layout layout(QStringView layoutText, Segments segments, double left);
     [[nodiscard]] QTextCharFormat format(const TextSegment &segment);
     void addLines(Layout layout, Segments segments);
-    void addPieces(TextLine &line, const QTextLine &textLine, Segments segments, qsizetype layoutStart) const;
+    void addPieces(TextLine &line, const QTextLayout &layout, const QTextLine &textLine, Segments segments,
+        qsizetype layoutStart) const;
 
     const AttributedString &m_text;
     const TextSpan m_span;
@@ -252,7 +253,7 @@ void Paragraph::addLines(Layout layout, Segments segments)
         line.right = area.right();
         line.ascent = std::max(line.ascent, textLine.ascent());
         line.descent = std::max(line.descent, textLine.descent() + textLine.leading());
-        addPieces(line, textLine, segments, layoutStart);
+        addPieces(line, *layout, textLine, segments, layoutStart);
         // Baselines on whole points keep lines alike.
         line.ascent = std::ceil(line.ascent);
         line.descent = std::ceil(line.descent);
@@ -262,7 +263,8 @@ void Paragraph::addLines(Layout layout, Segments segments)
     m_result.layouts.push_back(std::move(layout));
 }
 
-void Paragraph::addPieces(TextLine &line, const QTextLine &textLine, Segments segments, qsizetype layoutStart) const
+void Paragraph::addPieces(TextLine &line, const QTextLayout &layout, const QTextLine &textLine, Segments segments,
+    qsizetype layoutStart) const
 {
     const TextSpan inLine{textLine.textStart(), textLine.textStart() + textLine.textLength()};
     auto segment = std::upper_bound(segments.begin(), segments.end(), inLine.start + layoutStart,
@@ -275,7 +277,7 @@ void Paragraph::addPieces(TextLine &line, const QTextLine &textLine, Segments se
             part.characters.start += part.inLayout.start - whole.start;
             part.characters.end -= whole.end - part.inLayout.end;
         }
-        const TextPiece &piece = line.pieces.emplace_back(part, textLine);
+        const TextPiece &piece = line.pieces.emplace_back(part, layout, textLine);
         line.ascent = std::max(line.ascent, piece.ascent);
         line.descent = std::max(line.descent, piece.descent);
     }

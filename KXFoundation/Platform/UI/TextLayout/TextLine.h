@@ -19,11 +19,15 @@ struct TextExtent {
     double right = 0;
 };
 
+/// How far x is from the nearest of them; infinite without any.
+[[nodiscard]] double distanceBetween(const std::vector<TextExtent> &extents, double x);
+
 /// The part of a segment that lies in one line.
 struct TextPiece {
-    TextPiece(const TextSegment &segmentPart, const QTextLine &textLine);
+    TextPiece(const TextSegment &segmentPart, const QTextLayout &textLayout, const QTextLine &textLine);
 
     TextSegment segment;
+    const QTextLayout *layout = nullptr;
     QTextLine line; // counts from the start of the layout's text
     QList<QGlyphRun> glyphs; // the baseline is at y = 0
     std::vector<TextExtent> extents; // one for each stretch in one direction; empty for characters without glyphs
@@ -37,14 +41,21 @@ struct TextPiece {
     [[nodiscard]] std::vector<TextExtent> extentsOf(const TextSpan &characters) const;
     [[nodiscard]] QList<QGlyphRun> glyphsOf(const TextSpan &characters) const;
     [[nodiscard]] bool isRightToLeftAt(qsizetype character) const;
-    /// The character that is nearest to x in one of the piece's extents.
-    [[nodiscard]] qsizetype characterAt(double x, const TextExtent &extent) const;
+    /// The character that is nearest to x, of those that start a grapheme.
+    [[nodiscard]] qsizetype characterAt(double x) const;
     /// Where the image of an attachment goes, if the baseline of the line is at y = 0.
     [[nodiscard]] QRectF attachmentRect() const;
 
 private:
+    bool hasFewGlyphs = false; // fewer than characters, so that some may share one
+
     [[nodiscard]] bool covers(const TextSpan &characters) const;
+    [[nodiscard]] qsizetype layoutPosition(qsizetype character) const;
     [[nodiscard]] QList<QGlyphRun> glyphRuns(const TextSpan &characters) const;
+    [[nodiscard]] bool startsGrapheme(qsizetype character) const;
+    [[nodiscard]] bool goesOn(qsizetype character) const;
+    [[nodiscard]] TextSpan clusterAround(qsizetype character) const;
+    [[nodiscard]] std::vector<TextExtent> extentsIn(const TextSpan &cluster, const TextSpan &part) const;
 };
 
 /// One line of the text.

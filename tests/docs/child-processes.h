@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/Task/KXAsyncTask.h>
+
+#include <QtCore/QDebug>
+
+inline QString path;
+
+class Page { };

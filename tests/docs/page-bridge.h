@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/CustomComponent/WebView/JSBridge/KXWebViewJSBridge.h>
+#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
+
+#include <QtCore/QDebug>
+
+class Player {
+public:
+    void play(const QString &id);
+    int setVolume(int percent);
+};
+inline Player player;
+
+class Page {
+protected:
+    KXWKWebView *view = nullptr;
+};

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
+#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
+#include <KXFoundation/Platform/Web/URLSchemeTask.h>
+#include <KXFoundation/Platform/Web/WebErrors.h>
+
+#include <QtWidgets/QApplication>
+
+#include <optional>
+
+class Thumbnails {
+public:
+    [[nodiscard]] std::optional<QByteArray> find(const QString &path) const;
+};
+inline Thumbnails thumbnails;
+inline QString page;
+
+class Decoder {
+public:
+    void start(const QUrl &url, const kx::URLSchemeTaskPtr &task);
+    void cancel(const kx::URLSchemeTaskPtr &task);
+};
+
+class Page {
+protected:
+    KXURLSchemeManager &schemes = KXURLSchemeManager::sharedManager();
+    Decoder decoder;
+};
