@@ -1,8 +1,11 @@
 # SPDX-License-Identifier: MIT
-# kx_add_test(Name SOURCES ... LINK ... [WEB]): one Qt Test executable, known to CTest under its name.
+add_custom_target(thread_tests COMMENT "Tests in which threads meet")
+
+# kx_add_test(Name SOURCES ... LINK ... [WEB] [THREADS]): one Qt Test executable, known to CTest under its name.
 # WEB marks a test that starts the web engine: such tests run one at a time.
+# THREADS marks a test in which threads meet: the thread sanitizer runs those, and the target thread_tests builds them.
 function(kx_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WEB" "TIMEOUT" "SOURCES;LINK;ARGS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WEB;THREADS" "TIMEOUT" "SOURCES;LINK;ARGS")
     if(NOT arg_SOURCES)
         set(arg_SOURCES ${name}.cpp)
     endif()
@@ -17,13 +20,16 @@ function(kx_add_test name)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    if(arg_THREADS)
+        set_property(TEST ${name} APPEND PROPERTY LABELS threads)
+        add_dependencies(thread_tests ${name})
+    endif()
     if(arg_WEB)
-        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK webengine LABELS web)
-        # Read by sanitizer builds alone: inside the engine, objects are deleted by the size of a base class, and some
-        # are left to the end of the process.
+        set_property(TEST ${name} APPEND PROPERTY LABELS web)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK webengine)
+        # Read by sanitizer builds alone: inside the engine, objects are deleted by the size of a base class.
         set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
-            "ASAN_OPTIONS=new_delete_type_mismatch=0"
-            "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/Support/lsan.supp:print_suppressions=0")
+            "ASAN_OPTIONS=new_delete_type_mismatch=0:detect_stack_use_after_return=1")
     endif()
 endfunction()
 

@@ -11,9 +11,9 @@ owners() {
     local library
     for library in "$@"; do
         # Weak and unique symbols are inline or template code that every user of a header emits too; the linker adds
-        # the ends of its sections by itself.
+        # the ends of its sections by itself, and the address sanitizer its marks of variables.
         "$nm" -D --defined-only "$library" |
-            awk '$2 !~ /^[WVuw]$/ && $3 !~ /^(__bss_start|_edata|_end)$/ {print $3}' | "$cxxfilt"
+            awk '$2 !~ /^[WVuw]$/ && $3 !~ /^(__bss_start|_edata|_end|__odr_asan\..*)$/ {print $3}' | "$cxxfilt"
     done |
         sed -E -e 's/@.*$//' \
             -e 's/^(vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk|covariant return thunk) (for|to) //' \
