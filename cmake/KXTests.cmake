@@ -25,11 +25,7 @@ function(kx_add_test name)
         add_dependencies(thread_tests ${name})
     endif()
     if(arg_WEB)
-        set_property(TEST ${name} APPEND PROPERTY LABELS web)
-        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK webengine)
-        # Read by sanitizer builds alone: inside the engine, objects are deleted by the size of a base class.
-        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
-            "ASAN_OPTIONS=new_delete_type_mismatch=0:detect_stack_use_after_return=1")
+        kx_starts_web_engine(${name})
     endif()
 endfunction()
 
@@ -42,6 +38,15 @@ function(kx_add_ratio_tests)
                 TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_SCALE_FACTOR=${ratio}")
         endforeach()
     endforeach()
+endfunction()
+
+# kx_starts_web_engine(test): what tests that start the web engine have in common.
+function(kx_starts_web_engine test)
+    set_property(TEST ${test} APPEND PROPERTY LABELS web)
+    set_tests_properties(${test} PROPERTIES RESOURCE_LOCK webengine)
+    # Read by sanitizer builds alone: inside the engine, objects are deleted by the size of a base class.
+    set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT
+        "ASAN_OPTIONS=new_delete_type_mismatch=0:detect_stack_use_after_return=1")
 endfunction()
 
 # kx_add_x11_test(Name): the same executable once more, on an X server of its own with a window manager.

@@ -21,18 +21,18 @@ const ViewMap::Spots &ViewMap::viewsAt(QWidget &window, const QPointF &position)
         fill(window);
     if (!known || m_position != position) {
         m_position = position;
-        m_spots = findViews(window, position);
+        findViews(window, position);
     }
     return m_spots;
 }
 
-ViewMap::Spots ViewMap::findViews(QWidget &window, const QPointF &position) const
+void ViewMap::findViews(QWidget &window, const QPointF &position)
 {
-    Spots spots;
+    m_spots.clear();
     const double ratio = window.devicePixelRatioF();
     const QPointF point = pointerToYUp(position, m_size.height(), ratio);
     if (!pointInRect(point, window.rect()))
-        return spots;
+        return;
     const QPoint pixel(int(std::floor(point.x())), int(std::floor(point.y())));
     QVarLengthArray<qsizetype, 8> indices; // in m_places, of each spot
     for (const qsizetype i : m_bands[size_t(pixel.y() / bandHeight)]) {
@@ -41,14 +41,13 @@ ViewMap::Spots ViewMap::findViews(QWidget &window, const QPointF &position) cons
             continue;
         const QPointF inside = point - place.origin;
         const bool flipped = place.view->isFlipped();
-        spots.append({place.view, flipped ? pointerToYUp(inside, place.view->bounds().height(), ratio) : inside});
+        m_spots.append({place.view, flipped ? pointerToYUp(inside, place.view->bounds().height(), ratio) : inside});
         indices.append(i);
         if (place.superview >= 0) {
-            spots.last().superview = indices.indexOf(place.superview);
-            spots[spots.last().superview].topSubview = spots.size() - 1;
+            m_spots.last().superview = indices.indexOf(place.superview);
+            m_spots[m_spots.last().superview].topSubview = m_spots.size() - 1;
         }
     }
-    return spots;
 }
 
 void ViewMap::fill(QWidget &window)

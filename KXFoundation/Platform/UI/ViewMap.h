@@ -43,7 +43,7 @@ private:
         qsizetype superview; // its index here, or -1
     };
 
-    [[nodiscard]] Spots findViews(QWidget &window, const QPointF &position) const;
+    void findViews(QWidget &window, const QPointF &position);
     void fill(QWidget &window);
     void add(QWidget &widget, const QPoint &topLeft, const QRect &clip, qsizetype superview);
 
