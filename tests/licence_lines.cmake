@@ -4,7 +4,7 @@
 
 set(files "${TREE}/CMakeLists.txt" "${TREE}/dev" "${TREE}/docs/Doxyfile")
 foreach(folder KXFoundation bench cmake docs examples fuzz tests tools)
-    foreach(kind CMakeLists.txt *.awk *.c *.cmake *.cpp *.css *.h *.html *.in *.js *.mjs *.qrc *.sh *.supp)
+    foreach(kind CMakeLists.txt *.awk *.c *.cmake *.cpp *.css *.h *.html *.in *.js *.mjs *.qrc *.sh *.supp *.ui)
         file(GLOB_RECURSE found "${TREE}/${folder}/${kind}")
         list(APPEND files ${found})
     endforeach()

@@ -18,8 +18,8 @@ public:
     explicit KXImageView(const QRectF &frame, QWidget *parent = nullptr);
     ~KXImageView() override;
 
-    /// For views that come from a form.
-    void awakeFromNib();
+    /// The view interacts again.
+    void awakeFromNib() override;
 
     /// False makes the view transparent to the mouse, and a press on it may move the window. True at first.
     [[nodiscard]] bool userInteraction() const { return m_userInteraction; }

@@ -27,8 +27,8 @@ public:
     explicit PNAlphBtn(const QRectF &frame, QWidget *parent = nullptr);
     ~PNAlphBtn() override;
 
-    /// Takes the button's image as the normal one if there is none. For buttons that come from a form.
-    void awakeFromNib();
+    /// Takes the button's image as the normal one if there is none.
+    void awakeFromNib() override;
 
     // Deliberate: the getters return looks, not what was set. Setting an image shows it at once where the state asks
     // for it.
@@ -56,7 +56,8 @@ public:
     void setSelected(bool selected);
     /// Whether it is selected, if that has a look of its own.
     [[nodiscard]] std::optional<bool> checkedState() const override;
-    /// Where the shadow lies, its height counting upwards; (0, 0) for none. Takes effect at the next display.
+    /// Where the shadow lies, in logical pixels, its height counting upwards; (0, 0) for none. Takes effect at the next
+    /// display.
     [[nodiscard]] QSizeF shadowOffset() const { return m_shadowOffset; }
     void setShadowOffset(const QSizeF &offset);
 

@@ -39,8 +39,8 @@ public:
     explicit PNButton(const QRectF &frame, QWidget *parent = nullptr);
     ~PNButton() override;
 
-    /// Takes the button's image as the normal one if there is none. For buttons that come from a form.
-    void awakeFromNib();
+    /// Takes the button's image as the normal one if there is none.
+    void awakeFromNib() override;
 
     // Setting an image shows it at once where the state asks for it.
 

@@ -50,9 +50,9 @@ public:
 
     /// Sets the two colours that a button has at first: white at alpha 0.85, and red (255, 46, 67) for a hover.
     void initViews();
-    /// Shows the title and the colours of the present state, and applies cornerRadius(). For buttons that come from a
-    /// form; others call it once they are set up.
-    void awakeFromNib();
+    /// Shows the title and the colours of the present state, and applies cornerRadius(). Buttons that are made in code
+    /// call it once they are set up.
+    void awakeFromNib() override;
 
     /// Setting it shows the title in it at once, whatever the state.
     [[nodiscard]] kx::Color normalTextColor() const { return m_normalTextColor; }
@@ -84,7 +84,7 @@ public:
     /// Pixels by which the title stands above its line; takes effect when the title is next rendered.
     [[nodiscard]] double baseline() const { return m_baseline; }
     void setBaseline(double baseline);
-    /// Takes effect at awakeFromNib(), when above 0.
+    /// Logical pixels; takes effect at awakeFromNib(), when above 0.
     [[nodiscard]] double cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(double radius);
     [[nodiscard]] bool isSelected() const { return m_selected; }

@@ -202,6 +202,8 @@ QPointF ViewInterface::pointFromSuperview(const QPointF &point) const
     return pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF());
 }
 
+void ViewInterface::awakeFromNib() { }
+
 bool ViewInterface::isFlipped() const
 {
     return false;

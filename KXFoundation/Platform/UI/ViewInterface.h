@@ -87,6 +87,11 @@ public:
     /// met. Override it to give the view another shape.
     [[nodiscard]] virtual ViewInterface *hitTest(const QPointF &point);
 
+    /// Called once for a view that comes from a form, when that has set all of its properties: with the first polish
+    /// event, which comes before the view is shown, if its dynamic property "awakesFromForm" is true. Others may call
+    /// it themselves. Does nothing here.
+    virtual void awakeFromNib();
+
     // --- coordinates ---------------------------------------------------------------------------------------------
 
     /// Whether y grows downwards from the top in this view's own coordinates. False unless overridden; it never changes
