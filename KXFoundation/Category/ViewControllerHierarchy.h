@@ -9,6 +9,8 @@ namespace kx {
 
 class ViewController;
 
+// Main thread only.
+
 /// The topmost ancestor: the controller itself when it has no parent. Null for null.
 [[nodiscard]] KX_UI_EXPORT ViewController *superParentViewController(ViewController *controller);
 

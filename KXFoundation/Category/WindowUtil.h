@@ -7,7 +7,7 @@ namespace kx {
 class Window;
 }
 
-// Three measurements of a window. Null is a window without anything: no frame, no content, no screen.
+// Three measurements of a window. Null is a window without anything: no frame, no content, no screen. Main thread only.
 
 /// How much higher the frame is than the content, in logical pixels: the title bar, and the lower border where the
 /// window manager draws one.

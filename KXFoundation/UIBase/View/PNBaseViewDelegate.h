@@ -13,8 +13,8 @@ class Event;
 
 class PNBaseView;
 
-/// Hears what the mouse does to a PNBaseView. Operations do nothing of themselves; the cursor is updated. In any of
-/// them a delegate may delete the view, or itself.
+/// Hears what the mouse does to a PNBaseView, on the main thread. Operations do nothing of themselves; the cursor is
+/// updated. In any of them a delegate may delete the view, or itself.
 class KX_UI_EXPORT PNBaseViewDelegate {
 public:
     PNBaseViewDelegate();
