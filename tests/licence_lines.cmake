@@ -3,7 +3,7 @@
 # a line that has to be the first, an interpreter's or a document type, may stand before it.
 
 set(files "${TREE}/CMakeLists.txt" "${TREE}/dev" "${TREE}/docs/Doxyfile")
-foreach(folder KXFoundation bench cmake docs examples fuzz tests tools)
+foreach(folder KXFoundation bench cmake designer docs examples fuzz tests tools)
     foreach(kind CMakeLists.txt *.awk *.c *.cmake *.cpp *.css *.h *.html *.in *.js *.mjs *.qrc *.sh *.supp *.ui)
         file(GLOB_RECURSE found "${TREE}/${folder}/${kind}")
         list(APPEND files ${found})

@@ -10,7 +10,9 @@
 /// A hover is neither begun nor ended while the application shows a modal window. Main thread only.
 class KX_UI_EXPORT KXImageView : public kx::ImageView {
     Q_OBJECT
-    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
+    // Designer does not offer it: awakeFromNib() would undo it.
+    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged
+            DESIGNABLE false)
     Q_PROPERTY(bool needIBeamCursor READ needIBeamCursor WRITE setNeedIBeamCursor NOTIFY needIBeamCursorChanged)
 
 public:

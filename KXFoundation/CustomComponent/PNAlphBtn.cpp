@@ -134,6 +134,8 @@ void PNAlphBtn::restBtnState()
 
 void PNAlphBtn::updateImage()
 {
+    if (isAsleep()) // awakeFromNib() still wants the form's image
+        return;
     setImage(lookOfState());
     showToolTip();
     setNeedsDisplay();

@@ -13,10 +13,10 @@
 /// getters here return; a disabled button shows normalImage(). Main thread only.
 class KX_UI_EXPORT PNAlphBtn : public kx::Button {
     Q_OBJECT
-    Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImageIcon)
-    Q_PROPERTY(QIcon hoverImage READ hoverImageIcon WRITE setHoverImageIcon)
-    Q_PROPERTY(QIcon selectedNormalImage READ selectedNormalImageIcon WRITE setSelectedNormalImageIcon)
-    Q_PROPERTY(QIcon selectedHoverImage READ selectedHoverImageIcon WRITE setSelectedHoverImageIcon)
+    Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImage)
+    Q_PROPERTY(QIcon hoverImage READ hoverImageIcon WRITE setHoverImage)
+    Q_PROPERTY(QIcon selectedNormalImage READ selectedNormalImageIcon WRITE setSelectedNormalImage)
+    Q_PROPERTY(QIcon selectedHoverImage READ selectedHoverImageIcon WRITE setSelectedHoverImage)
     Q_PROPERTY(QString toolTips READ toolTips WRITE setToolTips)
     Q_PROPERTY(QString selectToolTips READ selectToolTips WRITE setSelectToolTips)
     Q_PROPERTY(bool selected READ isSelected WRITE setSelected NOTIFY selectedChanged)
@@ -85,13 +85,9 @@ private:
     // As properties, images are what was set: reading them makes none.
 
     [[nodiscard]] QIcon normalImageIcon() const { return kx::iconFromImage(m_normal.image); }
-    void setNormalImageIcon(const QIcon &icon) { setNormalImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon hoverImageIcon() const { return kx::iconFromImage(m_hoverImage); }
-    void setHoverImageIcon(const QIcon &icon) { setHoverImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon selectedNormalImageIcon() const { return kx::iconFromImage(m_selectedNormal.image); }
-    void setSelectedNormalImageIcon(const QIcon &icon) { setSelectedNormalImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon selectedHoverImageIcon() const { return kx::iconFromImage(m_selectedHoverImage); }
-    void setSelectedHoverImageIcon(const QIcon &icon) { setSelectedHoverImage(kx::imageFromIcon(icon)); }
 
     /// An image and its faint look, made when it is first shown.
     struct Look {

@@ -135,6 +135,8 @@ void PNButton::restBtnState()
 
 void PNButton::updateImage()
 {
+    if (isAsleep()) // awakeFromNib() still wants the form's image
+        return;
     setImage(lookOfState());
     showToolTip();
     setNeedsDisplay();

@@ -21,17 +21,19 @@
 /// nor ended while the application shows a modal window. Right clicks are swallowed. Main thread only.
 class KX_UI_EXPORT PNButton : public kx::Button {
     Q_OBJECT
-    Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImageIcon)
-    Q_PROPERTY(QIcon hoverImage READ hoverImageIcon WRITE setHoverImageIcon)
-    Q_PROPERTY(QIcon pressedImage READ pressedImageIcon WRITE setPressedImageIcon)
-    Q_PROPERTY(QIcon selectedNormalImage READ selectedNormalImageIcon WRITE setSelectedNormalImageIcon)
-    Q_PROPERTY(QIcon selectedHoverImage READ selectedHoverImageIcon WRITE setSelectedHoverImageIcon)
-    Q_PROPERTY(QIcon selectedPressedImage READ selectedPressedImageIcon WRITE setSelectedPressedImageIcon)
-    Q_PROPERTY(QIcon disableImage READ disableImageIcon WRITE setDisableImageIcon)
+    Q_PROPERTY(QIcon normalImage READ normalImageIcon WRITE setNormalImage)
+    Q_PROPERTY(QIcon hoverImage READ hoverImageIcon WRITE setHoverImage)
+    Q_PROPERTY(QIcon pressedImage READ pressedImageIcon WRITE setPressedImage)
+    Q_PROPERTY(QIcon selectedNormalImage READ selectedNormalImageIcon WRITE setSelectedNormalImage)
+    Q_PROPERTY(QIcon selectedHoverImage READ selectedHoverImageIcon WRITE setSelectedHoverImage)
+    Q_PROPERTY(QIcon selectedPressedImage READ selectedPressedImageIcon WRITE setSelectedPressedImage)
+    Q_PROPERTY(QIcon disableImage READ disableImageIcon WRITE setDisableImage)
     Q_PROPERTY(QString toolTips READ toolTips WRITE setToolTips)
     Q_PROPERTY(QString selectToolTips READ selectToolTips WRITE setSelectToolTips)
     Q_PROPERTY(bool selected READ isSelected WRITE setSelected NOTIFY selectedChanged)
-    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged)
+    // Designer does not offer it: awakeFromNib() would undo it.
+    Q_PROPERTY(bool userInteraction READ userInteraction WRITE setUserInteraction NOTIFY userInteractionChanged
+            DESIGNABLE false)
     Q_PROPERTY(bool isIgnoreHover READ isIgnoreHover WRITE setIsIgnoreHover NOTIFY isIgnoreHoverChanged)
 
 public:
@@ -114,19 +116,12 @@ private:
     // As properties, images are what was set: reading them makes none.
 
     [[nodiscard]] QIcon normalImageIcon() const { return kx::iconFromImage(m_normalImage); }
-    void setNormalImageIcon(const QIcon &icon) { setNormalImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon hoverImageIcon() const { return kx::iconFromImage(m_hoverImage); }
-    void setHoverImageIcon(const QIcon &icon) { setHoverImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon pressedImageIcon() const { return kx::iconFromImage(m_pressedImage); }
-    void setPressedImageIcon(const QIcon &icon) { setPressedImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon selectedNormalImageIcon() const { return kx::iconFromImage(m_selectedNormalImage); }
-    void setSelectedNormalImageIcon(const QIcon &icon) { setSelectedNormalImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon selectedHoverImageIcon() const { return kx::iconFromImage(m_selectedHoverImage); }
-    void setSelectedHoverImageIcon(const QIcon &icon) { setSelectedHoverImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon selectedPressedImageIcon() const { return kx::iconFromImage(m_selectedPressedImage); }
-    void setSelectedPressedImageIcon(const QIcon &icon) { setSelectedPressedImage(kx::imageFromIcon(icon)); }
     [[nodiscard]] QIcon disableImageIcon() const { return kx::iconFromImage(m_disableImage); }
-    void setDisableImageIcon(const QIcon &icon) { setDisableImage(kx::imageFromIcon(icon)); }
 
     void setHovered(bool hovered);
     [[nodiscard]] kx::Image lookOfState();

@@ -1,17 +1,37 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# consumer.sh CMAKE BUILD_DIR CONSUMER_SOURCE WORK_DIR "COMPONENTS" COMPILER FLAGS
-# Installs the named components below WORK_DIR, builds the consumer against them alone and runs it.
+# consumer.sh CMake|PkgConfig COMPONENT DEBS SOURCE WORK_DIR CMAKE COMPILER FLAGS
+# Unpacks what hosts of the component install, builds SOURCE's program for it against that alone, and runs it.
 set -euo pipefail
-cmake=$1 build=$2 source=$3 work=$4 components=$5 compiler=$6 flags=$7
+how=$1 component=$2 debs=$3 source=$4 work=$5 cmake=$6 compiler=$7 flags=$8
 
+case $component in
+    Core) libraries=(core) ;;
+    UI) libraries=(core ui) ;;
+    Web) libraries=(core ui web) ;;
+esac
 rm -rf "$work"
 mkdir -p "$work"
-for component in $components; do
-    "$cmake" --install "$build" --prefix "$work/prefix" --component "$component" > "$work/install.log"
+for library in "${libraries[@]}"; do
+    dpkg-deb -x "$debs"/libkxfoundation-"$library"[0-9]*.deb "$work/root"
 done
-"$cmake" -S "$source" -B "$work/build" -G Ninja \
-    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" \
-    -DCMAKE_PREFIX_PATH="$work/prefix" -DCONSUMER_COMPONENTS="${components// /;}"
-"$cmake" --build "$work/build"
-"$work/build/consumer"
+dpkg-deb -x "$debs"/libkxfoundation-dev_*.deb "$work/root"
+libdir=$(dirname "$(find "$work/root" -name 'libKXFoundationCore.so')")
+
+case $how in
+    CMake)
+        "$cmake" -S "$source" -B "$work/build" -G Ninja -DCMAKE_PREFIX_PATH="$work/root/usr" \
+            -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags" -DCONSUMER_COMPONENT="$component"
+        "$cmake" --build "$work/build"
+        program=$work/build/consumer
+        ;;
+    PkgConfig)
+        export PKG_CONFIG_PATH=$libdir/pkgconfig
+        pkg-config --print-errors --exists "KXFoundation$component"
+        program=$work/consumer
+        # shellcheck disable=SC2046,SC2086 # lists of words
+        "$compiler" -std=c++20 -fPIC $flags "$source/consumer_${component,,}.cpp" \
+            $(pkg-config --cflags --libs "KXFoundation$component") -o "$program"
+        ;;
+esac
+LD_LIBRARY_PATH=$libdir "$program" # where the packages are installed, the system looks there by itself

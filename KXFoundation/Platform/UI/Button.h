@@ -29,9 +29,10 @@ class KX_UI_EXPORT Button : public ViewOn<QAbstractButton> {
     Q_OBJECT
     Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY titleChanged)
     Q_PROPERTY(QString alternateTitle READ alternateTitle WRITE setAlternateTitle NOTIFY titleChanged)
-    Q_PROPERTY(QIcon image READ imageIcon WRITE setImageIcon)
-    Q_PROPERTY(QIcon alternateImage READ alternateImageIcon WRITE setAlternateImageIcon)
+    Q_PROPERTY(QIcon image READ imageIcon WRITE setImage)
+    Q_PROPERTY(QIcon alternateImage READ alternateImageIcon WRITE setAlternateImage)
     Q_PROPERTY(int state READ state WRITE setState NOTIFY stateChanged)
+    Q_PROPERTY(bool awakesFromNib READ awakesFromNib WRITE setAwakesFromNib DESIGNABLE false)
 
 public:
     explicit Button(QWidget *parent = nullptr);
@@ -117,9 +118,7 @@ private:
     // As properties, images are what was set: reading them makes none.
 
     [[nodiscard]] QIcon imageIcon() const { return iconFromImage(m_image); }
-    void setImageIcon(const QIcon &icon) { setImage(imageFromIcon(icon)); }
     [[nodiscard]] QIcon alternateImageIcon() const { return iconFromImage(m_alternateImage); }
-    void setAlternateImageIcon(const QIcon &icon) { setAlternateImage(imageFromIcon(icon)); }
 
     [[nodiscard]] bool showsAlternateTitle() const;
     void contentChanged();

@@ -13,6 +13,7 @@
 
 #include <functional>
 
+class QIcon;
 class QPainter;
 class QPixmap;
 
@@ -58,6 +59,9 @@ public:
     /// One representation, with the size in points that the device pixel ratio gives. Null images give none.
     Image(const QImage &image);
     Image(const QPixmap &pixmap);
+    /// An image of the icon's smallest size in points, with all of its sizes as representations. An icon that has none
+    /// of its own, such as a scalable one, gives 32 x 32 points. A null icon gives none. Main thread only.
+    Image(const QIcon &icon);
     // NOLINTEND(google-explicit-constructor)
 
     /// An image that the handler paints afresh at each drawing, at the resolution of the place. `flipped` is kept for

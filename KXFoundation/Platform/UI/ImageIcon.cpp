@@ -13,6 +13,21 @@ namespace {
 
 constexpr QSize scalableSize(32, 32); // in points
 
+Image imageOf(const QIcon &icon)
+{
+    if (icon.isNull())
+        return {};
+    QList<QSize> sizes = icon.availableSizes();
+    if (sizes.isEmpty())
+        return icon.pixmap(scalableSize, largestScreenScale());
+    const auto isNarrower = [](const QSize &a, const QSize &b) { return a.width() < b.width(); };
+    std::sort(sizes.begin(), sizes.end(), isNarrower);
+    QList<Bitmap> bitmaps;
+    for (const QSize &size : sizes)
+        bitmaps << Bitmap(icon.pixmap(size, 1.0).toImage(), sizes.first());
+    return Image::withRepresentations(sizes.first(), bitmaps);
+}
+
 } // namespace
 
 QIcon iconFromImage(const Image &image)
@@ -31,19 +46,9 @@ QIcon iconFromImage(const Image &image)
     return icon;
 }
 
-Image imageFromIcon(const QIcon &icon)
+Image::Image(const QIcon &icon)
+    : Image(imageOf(icon))
 {
-    if (icon.isNull())
-        return {};
-    QList<QSize> sizes = icon.availableSizes();
-    if (sizes.isEmpty())
-        return Image(icon.pixmap(scalableSize, largestScreenScale()));
-    const auto isNarrower = [](const QSize &a, const QSize &b) { return a.width() < b.width(); };
-    std::sort(sizes.begin(), sizes.end(), isNarrower);
-    QList<Bitmap> bitmaps;
-    for (const QSize &size : sizes)
-        bitmaps << Bitmap(icon.pixmap(size, 1.0).toImage(), sizes.first());
-    return Image::withRepresentations(sizes.first(), bitmaps);
 }
 
 } // namespace kx

@@ -13,7 +13,8 @@ namespace kx {
 /// Shows an image in its middle, scaled down in proportion where it does not fit and never up.
 class KX_UI_EXPORT ImageView : public ViewOn<QWidget> {
     Q_OBJECT
-    Q_PROPERTY(QIcon image READ imageIcon WRITE setImageIcon)
+    Q_PROPERTY(QIcon image READ imageIcon WRITE setImage)
+    Q_PROPERTY(bool awakesFromNib READ awakesFromNib WRITE setAwakesFromNib DESIGNABLE false)
 
 public:
     explicit ImageView(QWidget *parent = nullptr);
@@ -39,7 +40,6 @@ private:
     // As properties, images are what was set: reading them makes none.
 
     [[nodiscard]] QIcon imageIcon() const { return iconFromImage(m_image); }
-    void setImageIcon(const QIcon &icon) { setImage(imageFromIcon(icon)); }
 
     Image m_image;
 };

@@ -10,6 +10,7 @@ namespace kx {
 class KX_UI_EXPORT View : public ViewOn<QWidget> {
     Q_OBJECT
     Q_PROPERTY(QRectF frame READ frame WRITE setFrame DESIGNABLE false)
+    Q_PROPERTY(bool awakesFromNib READ awakesFromNib WRITE setAwakesFromNib DESIGNABLE false)
 
 public:
     explicit View(QWidget *parent = nullptr);

@@ -81,6 +81,29 @@ void ViewInterface::takeFocusByClick()
         m_widget->setFocus(Qt::MouseFocusReason);
 }
 
+// A form sets translated texts last, but shows pages of stacks and tabs before, and thereby polishes what is on them.
+// So that is too early; what is not seen at once, on other pages, awakes when the event loop gets to it.
+void ViewInterface::awakenAt(QEvent::Type type)
+{
+    if (!isAsleep())
+        return;
+    if (type == QEvent::Polish)
+        QMetaObject::invokeMethod(
+            m_widget, [this] { awaken(); }, Qt::QueuedConnection);
+    else if (type == QEvent::Show || type == QEvent::Paint)
+        awaken();
+}
+
+void ViewInterface::awaken()
+{
+    if (!isAsleep())
+        return;
+    m_isAwake = true;
+    awakeFromNib();
+}
+
+void ViewInterface::awakeFromNib() { }
+
 void ViewInterface::mouseDown(Event *event)
 {
     handToBase(event);

@@ -202,8 +202,6 @@ QPointF ViewInterface::pointFromSuperview(const QPointF &point) const
     return pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF());
 }
 
-void ViewInterface::awakeFromNib() { }
-
 bool ViewInterface::isFlipped() const
 {
     return false;

@@ -6,6 +6,7 @@
 #include <KXFoundation/Platform/UI/Responder.h>
 #include <KXFoundation/Platform/UI/TrackingArea.h>
 
+#include <QtCore/QEvent>
 #include <QtCore/QList>
 #include <QtCore/QPointF>
 #include <QtCore/QPointer>
@@ -15,7 +16,6 @@
 #include <memory>
 #include <optional>
 
-class QEvent;
 class QImage;
 class QPaintEvent;
 class QPainter;
@@ -87,11 +87,6 @@ public:
     /// met. Override it to give the view another shape.
     [[nodiscard]] virtual ViewInterface *hitTest(const QPointF &point);
 
-    /// Called once for a view that comes from a form, when that has set all of its properties: with the first polish
-    /// event, which comes before the view is shown, if its dynamic property "awakesFromForm" is true. Others may call
-    /// it themselves. Does nothing here.
-    virtual void awakeFromNib();
-
     // --- coordinates ---------------------------------------------------------------------------------------------
 
     /// Whether y grows downwards from the top in this view's own coordinates. False unless overridden; it never changes
@@ -124,6 +119,19 @@ public:
     /// Whether a press on the view may move a window that is movable by its background. Here: unless the widget says
     /// that it paints all of its area.
     [[nodiscard]] virtual bool mouseDownCanMoveWindow() const;
+
+    // --- forms ---------------------------------------------------------------------------------------------------
+
+    /// Called once for a view that a form has made and set up: see setAwakesFromNib(). Does nothing here. It may delete
+    /// the view by deleteLater() alone.
+    virtual void awakeFromNib();
+    /// Whether the view comes from a form of Qt Designer, whose plugin has the form set this. awakeFromNib() is then
+    /// called when the form has set all that it sets: at the latest before the view is seen for the first time. False
+    /// at first.
+    [[nodiscard]] bool awakesFromNib() const { return m_awakesFromNib; }
+    void setAwakesFromNib(bool awakes) { m_awakesFromNib = awakes; }
+    /// Whether that call is still to come.
+    [[nodiscard]] bool isAsleep() const { return m_awakesFromNib && !m_isAwake; }
 
     // --- events --------------------------------------------------------------------------------------------------
 
@@ -203,6 +211,8 @@ protected:
     [[nodiscard]] bool routeEvent(QEvent &event);
     /// To be called for QEvent::UngrabMouse.
     void mouseUngrabbed();
+    /// Calls awakeFromNib() if the event says that it is time.
+    void awakenAt(QEvent::Type type);
     /// What the widget class beneath does with an event.
     virtual bool baseEvent(QEvent &event) = 0;
     /// Paints the view, within a paint event of its widget.
@@ -229,6 +239,7 @@ private:
     void settleSubviews();
     void settleWindow();
     void takeFocusByClick();
+    void awaken();
     void handToBase(Event *event);
     [[nodiscard]] bool hasTrackingArea(const TrackingAreaRef &area) const;
     void compose(QPainter &painter, const QRect &area);
@@ -251,6 +262,8 @@ private:
     QPointer<LayerShadow> m_shadow; // its parent's
     double m_alphaValue = 1;
     bool m_wantsLayer = false;
+    bool m_awakesFromNib = false;
+    bool m_isAwake = false;
     AutoresizingMask m_autoresizingMask = Autoresizing::None;
     std::optional<bool> m_translatesMask;
     std::unique_ptr<ConstraintLayout> m_constraints; // of the subviews; null without any

@@ -35,15 +35,13 @@ protected:
             mouseUngrabbed();
             return true;
         }
+        awakenAt(event->type());
+        if (event->type() != QEvent::Resize && event->type() != QEvent::Move)
+            return Base::event(event);
         const QPointer<QWidget> alive(this);
-        const QEvent::Type type = event->type();
         const bool handled = Base::event(event);
-        if (!alive)
-            return handled;
-        if (type == QEvent::Resize || type == QEvent::Move)
+        if (alive)
             geometryChanged();
-        else if (type == QEvent::Polish && Base::property("awakesFromForm").toBool())
-            awakeFromNib();
         return handled;
     }
     bool baseEvent(QEvent &event) override { return Base::event(&event); }
