@@ -16,10 +16,10 @@ Stage::Stage(QWidget *parent)
     , m_hoverPreview(new HoverPreview)
     , m_highlights(m_controls->bar(), m_player)
 {
+    setNeedTracking(true);
     addSubview(*m_title);
     addSubview(*m_controls);
     addSubview(*m_hoverPreview);
-    m_hoverPreview->hide();
     m_title->hide();
     joinControls();
     joinPlayer();
@@ -31,7 +31,6 @@ void Stage::play(const Clip &clip)
     m_readAhead.open(clip.path);
     m_previews.prepare(clip);
     m_title->showClip(clip);
-    m_title->show();
     place();
     m_player.open(clip.path);
 }
@@ -46,6 +45,8 @@ void Stage::setVolume(double volume)
 void Stage::joinControls()
 {
     connect(this, &PNBaseView::pressed, &m_player, &Player::togglePlaying);
+    connect(this, &PNBaseView::entered, this, [this] { setPointerInside(true); });
+    connect(this, &PNBaseView::exited, this, [this] { setPointerInside(false); });
     connect(m_controls, &ControlBar::playToggled, &m_player, &Player::togglePlaying);
     connect(m_controls, &ControlBar::seekRequested, &m_player, &Player::seek);
     connect(m_controls, &ControlBar::volumeRequested, this, &Stage::setVolume);
@@ -67,11 +68,27 @@ void Stage::joinControls()
 void Stage::joinPlayer()
 {
     connect(&m_player, &Player::durationChanged, m_controls, &ControlBar::setDuration);
-    connect(&m_player, &Player::playingChanged, m_controls, &ControlBar::setPlaying);
+    connect(&m_player, &Player::playingChanged, this, [this](bool playing) {
+        m_controls->setPlaying(playing);
+        showControls();
+    });
     connect(&m_player, &Player::positionChanged, this, [this](double position) {
         m_controls->setPosition(position);
         m_controls->setPreloaded(m_readAhead.advance(position, m_player.duration()));
     });
+}
+
+void Stage::setPointerInside(bool inside)
+{
+    m_pointerInside = inside;
+    showControls();
+}
+
+void Stage::showControls()
+{
+    const bool shown = m_pointerInside || !m_player.isPlaying();
+    m_controls->setVisible(shown);
+    m_title->setVisible(shown && !m_title->contentSizeRect().isEmpty());
 }
 
 void Stage::resizeEvent(QResizeEvent *event)
@@ -85,5 +102,6 @@ void Stage::place()
     const QRectF area = bounds();
     m_controls->setFrame(QRectF(0, 0, area.width(), m_controls->sizeHint().height()));
     const QSizeF title = m_title->fittingSize();
-    m_title->setFrame(QRectF(QPointF(0, area.height() - title.height() - 14), title));
+    const double above = window()->isFullScreen() ? 44 : 14; // the window's buttons are in the corner then
+    m_title->setFrame(QRectF(QPointF(0, area.height() - title.height() - above), title));
 }

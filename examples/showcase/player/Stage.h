@@ -11,7 +11,8 @@ class ControlBar;
 class HoverPreview;
 class TitleLine;
 
-/// The picture with all that lies on it, joined to the player.
+/// The picture with all that lies on it, joined to the player. The controls show while the pointer is over it, and
+/// while nothing is playing.
 class Stage : public VideoView {
     Q_OBJECT
 public:
@@ -34,6 +35,8 @@ protected:
 private:
     void joinControls();
     void joinPlayer();
+    void setPointerInside(bool inside);
+    void showControls();
     void place();
 
     Player m_player;
@@ -43,4 +46,5 @@ private:
     TitleLine *m_title;
     HoverPreview *m_hoverPreview;
     Highlights m_highlights;
+    bool m_pointerInside = false;
 };

@@ -36,7 +36,11 @@ QPoint Script::onBar(double fraction) const
 void Script::playingPauses()
 {
     Player &player = m_stage.player();
+    m_check.that(u"the controls are out of the way while the pointer is"_s,
+        [this] { return m_stage.controls().isHidden() && m_stage.title().isHidden(); });
     m_hand.click(m_stage, m_stage.rect().center());
+    m_check.that(
+        u"they come with it"_s, [this] { return m_stage.controls().isVisible() && m_stage.title().isVisible(); });
     m_check.that(u"a click on the picture pauses"_s, [&] { return !player.isPlaying(); });
     m_hand.pressKey(Qt::Key_Space);
     m_check.that(u"the space bar goes on"_s, [&] { return player.isPlaying(); });

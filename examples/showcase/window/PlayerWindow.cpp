@@ -87,7 +87,10 @@ void PlayerWindow::joinParts()
 {
     connect(m_page, &ClipPage::actionRequested, this, &PlayerWindow::act);
     connect(&m_stage->title(), &TitleLine::actionRequested, this, &PlayerWindow::act);
-    connect(m_titleBar, &TitleBar::listToggled, this, [this] { m_page->setVisible(m_page->isHidden()); });
+    connect(m_titleBar, &TitleBar::listToggled, this, [this] {
+        m_listWanted = !m_listWanted;
+        m_page->setVisible(m_listWanted);
+    });
     Player &player = m_stage->player();
     connect(&player, &Player::playingChanged, this, [this](bool playing) { m_page->showPlaying(m_clipId, playing); });
     connect(&player, &Player::positionChanged, this, [this, &player](double position) {
@@ -140,7 +143,7 @@ void PlayerWindow::act(const QString &url)
     KXError error;
     if (KXActionManager::handleActionWithURL(url, &error))
         return;
-    notice(error.localizedDescription);
+    notice(tr("There is no such command: %1").arg(url));
     KXLogger::sharedLogger().writeLogFormat(2, "player", "refused %@: %@", url, error.localizedDescription);
 }
 
@@ -150,6 +153,7 @@ void PlayerWindow::changeEvent(QEvent *event)
     if (event->type() == QEvent::WindowStateChange) {
         m_titleBar->setVisible(!isFullScreen());
         m_statusBar->setVisible(!isFullScreen());
+        m_page->setVisible(!isFullScreen() && m_listWanted);
     }
 }
 

@@ -47,4 +47,5 @@ private:
     PNBaseView *m_statusBar;
     KXLabel *m_notice;
     int m_clipId = 0;
+    bool m_listWanted = true;
 };
