@@ -57,3 +57,14 @@ function(kx_add_x11_test name)
         "${KX_XVFB}" "${KX_OPENBOX}" $<TARGET_FILE:${name}>)
     set_tests_properties(${name}X11 PROPERTIES TIMEOUT 300 LABELS x11)
 endfunction()
+
+# kx_add_wayland_test(Name): the same executable once more, on a Wayland compositor of its own.
+function(kx_add_wayland_test name)
+    find_program(KX_XVFB Xvfb REQUIRED)
+    find_program(KX_OPENBOX openbox REQUIRED)
+    find_program(KX_WESTON weston REQUIRED)
+    add_test(NAME ${name}Wayland COMMAND "${PROJECT_SOURCE_DIR}/tests/Support/under_x11.sh"
+        "${KX_XVFB}" "${KX_OPENBOX}" "${PROJECT_SOURCE_DIR}/tests/Support/under_wayland.sh"
+        "${KX_WESTON}" $<TARGET_FILE:${name}>)
+    set_tests_properties(${name}Wayland PROPERTIES TIMEOUT 300 LABELS wayland)
+endfunction()
