@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/LayerShadow.h>
 
 #include <KXFoundation/Platform/UI/Layer.h>
+#include <KXFoundation/Platform/UI/TextLayout/Finite.h>
 
 #include <QtCore/QChildEvent>
 #include <QtGui/QPainter>
@@ -108,7 +109,8 @@ void LayerShadow::cast(const QImage &caster, const Layer &layer, double alpha)
     }
     const double margin = blurMargin(radius) / ratio;
     const QSizeF size = m_shadow.deviceIndependentSize();
-    const QPointF corner(layer.shadowOffset().width() - margin, -layer.shadowOffset().height() - margin);
+    const QPointF offset(coordinate(layer.shadowOffset().width()), -coordinate(layer.shadowOffset().height()));
+    const QPointF corner = offset - QPointF(margin, margin);
     const QRect place = QRectF(corner, size).toAlignedRect();
     m_corner = corner - place.topLeft();
     if (m_place == place)

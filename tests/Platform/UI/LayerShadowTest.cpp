@@ -40,6 +40,7 @@ private Q_SLOTS:
     void takesTheShapeOfWhatIsDrawnNow();
     void comesToTheTopWithTheView();
     void followsTheView();
+    void liesRightBelowForAnOffsetThatIsNone();
     void hidesWithTheView();
     void goesWithTheView();
     void goesWhenNothingCastsIt();
@@ -180,6 +181,15 @@ void LayerShadowTest::followsTheView()
     QCOMPARE(at(70, 100), QColor(Qt::white));
     m_view->resize(60, 40);
     QTRY_COMPARE(at(155, 150), QColor(Qt::red));
+}
+
+void LayerShadowTest::liesRightBelowForAnOffsetThatIsNone()
+{
+    m_view->layer()->setShadowOffset({qQNaN(), -qInf()});
+    QTRY_COMPARE(shadow()->geometry(), m_view->geometry());
+    m_view->layer()->setShadowOffset({-1e300, 0});
+    QTRY_VERIFY(shadow()->geometry().right() < -50000);
+    QCOMPARE(shadow()->size(), m_view->size());
 }
 
 void LayerShadowTest::hidesWithTheView()
