@@ -33,6 +33,20 @@ QColor colorOf(const kx::Image &image)
     return color;
 }
 
+/// Counts how often a widget is asked to paint itself.
+class Paintings : public QObject {
+public:
+    explicit Paintings(QWidget &widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 constexpr int faint = 115; // 0.45 of 255
 
 } // namespace
@@ -62,6 +76,8 @@ private Q_SLOTS:
     void setsTheCursor();
     void castsAShadowAtTheNextDisplay();
     void keepsItsShadowWithoutAnOffset();
+    void paintsNothingAtRestWhileItCastsAShadow_data();
+    void paintsNothingAtRestWhileItCastsAShadow();
     void mayBeDeletedByItsListener();
     void keepsTheImageOfAFormWhateverElseIsSet();
     void hasPropertiesForForms();
@@ -334,6 +350,30 @@ void PNAlphBtnTest::keepsItsShadowWithoutAnOffset()
     m_button->setShadowOffset({0, 0});
     m_button->updateLayer();
     QCOMPARE(m_button->layer()->shadowOffset(), QSizeF(3, 3));
+}
+
+void PNAlphBtnTest::paintsNothingAtRestWhileItCastsAShadow_data()
+{
+    QTest::addColumn<QSizeF>("offset");
+    QTest::newRow("somewhere") << QSizeF(1, -1);
+    QTest::newRow("nowhere") << QSizeF(qQNaN(), qInf());
+}
+
+void PNAlphBtnTest::paintsNothingAtRestWhileItCastsAShadow()
+{
+    QFETCH(QSizeF, offset);
+    m_button->setHoverImage(square(Qt::blue));
+    m_button->setShadowOffset(offset);
+    m_button->update();
+    QTRY_VERIFY(m_button->layer()->castsShadow());
+    Paintings paintings(*m_button);
+    const auto paintsNothing = [&] {
+        paintings.count = 0;
+        for (int round = 0; round < 10; ++round)
+            QCoreApplication::processEvents();
+        return paintings.count == 0;
+    };
+    QTRY_VERIFY(paintsNothing());
 }
 
 void PNAlphBtnTest::mayBeDeletedByItsListener()

@@ -25,6 +25,28 @@ QPainterPath rounded(const QRectF &rect, double radius)
     return path;
 }
 
+// Whether both look the same, what is no number included.
+
+bool isSame(bool a, bool b)
+{
+    return a == b;
+}
+
+bool isSame(double a, double b)
+{
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+bool isSame(const QSizeF &a, const QSizeF &b)
+{
+    return isSame(a.width(), b.width()) && isSame(a.height(), b.height());
+}
+
+bool isSame(const Color &a, const Color &b)
+{
+    return a.sameValue(b);
+}
+
 } // namespace
 
 Layer::Layer(std::function<void()> changed)
@@ -34,10 +56,10 @@ Layer::Layer(std::function<void()> changed)
 
 template <class Value> void Layer::store(Value &field, const Value &value)
 {
-    if (field == value)
-        return;
+    const bool looksTheSame = isSame(field, value);
     field = value;
-    m_changed();
+    if (!looksTheSame)
+        m_changed();
 }
 
 void Layer::setBackgroundColor(const Color &color)

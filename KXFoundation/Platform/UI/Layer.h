@@ -15,7 +15,8 @@ namespace kx {
 /// What is painted behind and around a view's own drawing: background, border, rounded corners and a shadow.
 ///
 /// Lengths are logical pixels. Colours are absent at first, everything else is 0. A change asks for a repaint of the
-/// view. The layer covers the view's own drawing, not its subviews. Main thread only.
+/// view, an equal value does not, so that ViewInterface::updateLayer() may set everything each time. The layer covers
+/// the view's own drawing, not its subviews. Main thread only.
 class KX_UI_EXPORT Layer {
 public:
     explicit Layer(std::function<void()> changed);
@@ -40,8 +41,8 @@ public:
     void setMasksToBounds(bool masks);
 
     /// The shadow of what is painted, the background as well as the drawing, outside of the view too, but for a view
-    /// that is a window. The offset's height counts upwards; the radius is the standard deviation of the blur. Absent
-    /// colours and opacities that are not above 0 cast none.
+    /// that is a window. The offset's height counts upwards, what is no number as 0; the radius is the standard
+    /// deviation of the blur. Absent colours and opacities that are not above 0 cast none.
     [[nodiscard]] Color shadowColor() const { return m_shadowColor; }
     void setShadowColor(const Color &color);
     [[nodiscard]] QSizeF shadowOffset() const { return m_shadowOffset; }

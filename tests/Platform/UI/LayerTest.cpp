@@ -65,6 +65,7 @@ private Q_SLOTS:
     void drawsInTheViewsCoordinates();
     void drawsWithTheSamePainterAtEveryAlpha();
     void repaintsSubviewsWhenItsAlphaChanges();
+    void changesWithValuesNotWithObjects();
 
 private:
     std::unique_ptr<Patch> m_view;
@@ -277,6 +278,38 @@ void LayerTest::repaintsSubviewsWhenItsAlphaChanges()
     child->paints = 0;
     m_view->setAlphaValue(0.5);
     QTRY_COMPARE(child->paints, 1);
+}
+
+// Or updateLayer(), which is called before each painting, could not set the look without asking for the next one.
+void LayerTest::changesWithValuesNotWithObjects()
+{
+    int changes = 0;
+    kx::Layer layer([&] { ++changes; });
+    const auto setUp = [&](double number) {
+        layer.setBackgroundColor(kx::Color::white(number));
+        layer.setBorderColor(kx::Color::white(number));
+        layer.setShadowColor(kx::Color::white(number));
+        layer.setBorderWidth(number);
+        layer.setCornerRadius(number);
+        layer.setShadowRadius(number);
+        layer.setShadowOpacity(number);
+        layer.setShadowOffset({number, 0});
+    };
+    constexpr int setters = 8;
+    setUp(0.5);
+    QCOMPARE(changes, setters);
+    setUp(0.5);
+    QCOMPARE(changes, setters);
+    setUp(std::numeric_limits<double>::quiet_NaN());
+    QCOMPARE(changes, 2 * setters);
+    layer.setBorderWidth(std::numeric_limits<double>::quiet_NaN());
+    layer.setShadowOffset({std::numeric_limits<double>::quiet_NaN(), 0});
+    QCOMPARE(changes, 2 * setters);
+
+    const kx::Color last = kx::Color::white(1);
+    layer.setBackgroundColor(kx::Color::white(1));
+    layer.setBackgroundColor(last);
+    QVERIFY(layer.backgroundColor() == last);
 }
 
 QTEST_MAIN(LayerTest)
