@@ -13,6 +13,7 @@
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QToolButton>
 
+#include <ctime>
 #include <malloc.h>
 #include <memory>
 
@@ -105,6 +106,38 @@ void sliderKnob(benchmark::State &state)
     moveKnob(state, *widget, [&](int value) { widget->setValue(value); });
 }
 
+// A full repaint of a thousand clips and ten thousand ticks after a change that moves all of them, in milliseconds.
+double crowdedRepaint()
+{
+    const auto crowded = bar();
+    QList<double> tags;
+    QList<double> starts;
+    QList<double> ends;
+    for (int i = 0; i < 10000; ++i)
+        tags << i * 0.1;
+    for (int i = 0; i < 1000; ++i) {
+        starts << i;
+        ends << i + 0.6;
+    }
+    crowded->setTags(tags);
+    crowded->switch2StarMode(starts, ends);
+    QImage image(crowded->size(), QImage::Format_ARGB32_Premultiplied);
+    crowded->render(&image, {}, {}, {});
+    constexpr int count = 20;
+    const std::clock_t start = std::clock();
+    for (int i = 0; i < count; ++i) {
+        crowded->setMaxValue(1001 + i);
+        crowded->render(&image, {}, {}, {});
+    }
+    return double(std::clock() - start) * 1000 / CLOCKS_PER_SEC / count;
+}
+
+// Nothing else paints as many: what it has to keep within is the time from one frame to the next.
+double frameAt60Hz()
+{
+    return 1000.0 / 60;
+}
+
 template <class Button> void kxButtonRepaint(benchmark::State &state)
 {
     Button button(QRectF(0, 0, 40, 40));
@@ -165,6 +198,7 @@ const bool registered = timed({"bar.repaint.1x", "us", 0.6}, barRepaint(1), slid
             pixels(state, {1600, 64});
         })
     && timed({"bar.knob", "us", 0.6, "old and new played part"}, barKnob, sliderKnob)
+    && measured({"bar.crowded", "ms", 1.0, "11,000 fills"}, crowdedRepaint, frameAt60Hz)
     && timed({"button.image", "us", 1.0}, kxButtonRepaint<PNButton>, toolButtonRepaint,
         [](benchmark::State &state) {
             pixels(state, {40, 40});

@@ -2,6 +2,7 @@
 #include <KXFoundation/CustomComponent/PNProgressIndicator.h>
 
 #include <KXFoundation/CustomComponent/PlaybackBarGeometry.h>
+#include <KXFoundation/CustomComponent/PlaybackBarLook.h>
 #include <KXFoundation/CustomComponent/PlaybackBarPainter.h>
 #include <KXFoundation/CustomComponent/StarClips.h>
 #include <KXFoundation/Platform/UI/Application.h>
@@ -29,13 +30,8 @@ PNProgressIndicator::PNProgressIndicator(QWidget *parent)
 
 PNProgressIndicator::PNProgressIndicator(const QRectF &frame, QWidget *parent)
     : kx::View(parent)
-    , m_stopColor(kx::Color::white(1.0, 0.12))
-    , m_playedStartColor(kx::Color::rgba(253.0 / 255.0, 107.0 / 255.0, 107.0 / 255.0, 1.0))
-    , m_playedEndColor(kx::Color::rgba(1.0, 41.0 / 255.0, 88.0 / 255.0, 1.0))
-    , m_preloadColor(kx::Color::white(1.0, 0.45))
-    , m_unLoadColor(kx::Color::rgba(1.0, 1.0, 1.0, 0.3))
-    , m_starClipsColor(kx::Color::rgba(1.0, 151.0 / 255.0, 0.0, 1.0))
     , m_keyboardFocus(std::make_unique<kx::KeyboardFocus>())
+    , m_look(std::make_unique<PlaybackBarLook>())
     , m_clips(std::make_unique<StarClips>())
     , m_painter(std::make_unique<PlaybackBarPainter>())
 {
@@ -53,10 +49,9 @@ void PNProgressIndicator::setPlayedValue(double value)
 {
     if (m_isMouseDown || m_playedValue == value)
         return;
-    const QRectF before = m_painter->movingPart(geometry());
+    const PlaybackBarGeometry before = geometry();
     m_playedValue = value;
-    // The gradient spans the played part: all of it changes with its end.
-    setNeedsDisplayInRect(before.united(m_painter->movingPart(geometry())));
+    displayMove(before);
     const QPointer<PNProgressIndicator> alive(this);
     if (isStarMode())
         giveNotices();
@@ -93,32 +88,87 @@ void PNProgressIndicator::setMaxValue(double value)
     Q_EMIT maxValueChanged(value);
 }
 
+QList<double> PNProgressIndicator::tags() const
+{
+    return m_look->tags;
+}
+
+void PNProgressIndicator::setTags(const QList<double> &tags)
+{
+    m_look->tags = tags;
+}
+
+kx::Color PNProgressIndicator::stopColor() const
+{
+    return m_look->stopColor;
+}
+
+void PNProgressIndicator::setStopColor(const kx::Color &color)
+{
+    m_look->stopColor = color;
+}
+
+kx::Color PNProgressIndicator::playedStartColor() const
+{
+    return m_look->playedStartColor;
+}
+
 void PNProgressIndicator::setPlayedStartColor(const kx::Color &color)
 {
-    setColor(m_playedStartColor, color);
+    setColor(m_look->playedStartColor, color);
+}
+
+kx::Color PNProgressIndicator::playedEndColor() const
+{
+    return m_look->playedEndColor;
 }
 
 void PNProgressIndicator::setPlayedEndColor(const kx::Color &color)
 {
-    setColor(m_playedEndColor, color);
+    setColor(m_look->playedEndColor, color);
+}
+
+kx::Color PNProgressIndicator::preloadColor() const
+{
+    return m_look->preloadColor;
 }
 
 void PNProgressIndicator::setPreloadColor(const kx::Color &color)
 {
-    setColor(m_preloadColor, color);
+    setColor(m_look->preloadColor, color);
+}
+
+kx::Color PNProgressIndicator::unLoadColor() const
+{
+    return m_look->unLoadColor;
 }
 
 void PNProgressIndicator::setUnLoadColor(const kx::Color &color)
 {
-    if (m_unLoadColor != color)
+    if (m_look->unLoadColor != color)
         setNeedsDisplay();
+}
+
+kx::Color PNProgressIndicator::starClipsColor() const
+{
+    return m_look->starClipsColor;
+}
+
+void PNProgressIndicator::setStarClipsColor(const kx::Color &color)
+{
+    m_look->starClipsColor = color;
+}
+
+bool PNProgressIndicator::rounded() const
+{
+    return m_look->rounded;
 }
 
 void PNProgressIndicator::setRounded(bool rounded)
 {
-    if (m_rounded == rounded)
+    if (m_look->rounded == rounded)
         return;
-    m_rounded = rounded;
+    m_look->rounded = rounded;
     invalidateIntrinsicContentSize();
     setNeedsDisplay();
 }
@@ -262,9 +312,9 @@ void PNProgressIndicator::mouseDragged(kx::Event *event)
 {
     if (!m_isMouseDown || !event)
         return;
-    const QRectF before = m_painter->movingPart(geometry());
-    m_draggedValue = static_cast<float>(geometry().valueAt(locationInView(*event).x()));
-    setNeedsDisplayInRect(before.united(m_painter->movingPart(geometry())));
+    const PlaybackBarGeometry before = geometry();
+    m_draggedValue = static_cast<float>(before.valueAt(locationInView(*event).x()));
+    displayMove(before);
 }
 
 void PNProgressIndicator::mouseUp(kx::Event *)
@@ -338,11 +388,23 @@ bool PNProgressIndicator::event(QEvent *event)
     return m_keyboardFocus->refuses(*this, *event) || kx::View::event(event);
 }
 
-void PNProgressIndicator::drawRect(QPainter &painter, const QRectF &dirtyRect)
+void PNProgressIndicator::drawRect(QPainter &painter, const QRectF &)
 {
-    m_painter->paint(painter, *this, geometry(), *m_clips, dirtyRect);
+    m_painter->paint(painter, {geometry(), *m_look, *m_clips, bounds().size()});
     if (m_keyboardFocus->isShown(*this))
         kx::drawFocusRing(painter, palette(), QRectF(rect()));
+}
+
+void PNProgressIndicator::initPainter(QPainter *) const { }
+
+// The gradient spans the played part: all of it changes with its end.
+void PNProgressIndicator::displayMove(const PlaybackBarGeometry &before)
+{
+    const PlaybackBarGeometry after = geometry();
+    if (before.isStopped() == after.isStopped() && before.preloadedPart() == after.preloadedPart())
+        setNeedsDisplayInRect(m_painter->movedPart({after, *m_look, *m_clips, bounds().size()}));
+    else
+        setNeedsDisplay();
 }
 
 PlaybackBarGeometry PNProgressIndicator::geometry() const

@@ -14,6 +14,7 @@
 class PlaybackBarGeometry;
 class PlaybackBarPainter;
 class StarClips;
+struct PlaybackBarLook;
 namespace kx {
 class KeyboardFocus;
 }
@@ -74,28 +75,28 @@ public:
     [[nodiscard]] double maxValue() const { return m_maxValue; }
     void setMaxValue(double value);
     /// Positions of ticks. Setting them asks for no repaint.
-    [[nodiscard]] QList<double> tags() const { return m_tags; }
-    void setTags(const QList<double> &tags) { m_tags = tags; }
+    [[nodiscard]] QList<double> tags() const;
+    void setTags(const QList<double> &tags);
 
     // --- looks -------------------------------------------------------------------------------------------------------
 
     /// What is painted while the bar is stopped. Setting it asks for no repaint.
-    [[nodiscard]] kx::Color stopColor() const { return m_stopColor; }
-    void setStopColor(const kx::Color &color) { m_stopColor = color; }
-    [[nodiscard]] kx::Color playedStartColor() const { return m_playedStartColor; }
+    [[nodiscard]] kx::Color stopColor() const;
+    void setStopColor(const kx::Color &color);
+    [[nodiscard]] kx::Color playedStartColor() const;
     void setPlayedStartColor(const kx::Color &color);
-    [[nodiscard]] kx::Color playedEndColor() const { return m_playedEndColor; }
+    [[nodiscard]] kx::Color playedEndColor() const;
     void setPlayedEndColor(const kx::Color &color);
-    [[nodiscard]] kx::Color preloadColor() const { return m_preloadColor; }
+    [[nodiscard]] kx::Color preloadColor() const;
     void setPreloadColor(const kx::Color &color);
-    [[nodiscard]] kx::Color unLoadColor() const { return m_unLoadColor; }
+    [[nodiscard]] kx::Color unLoadColor() const;
     /// Deliberate: asks for a repaint and keeps the colour that the track has.
     void setUnLoadColor(const kx::Color &color);
     /// Setting it asks for no repaint.
-    [[nodiscard]] kx::Color starClipsColor() const { return m_starClipsColor; }
-    void setStarClipsColor(const kx::Color &color) { m_starClipsColor = color; }
+    [[nodiscard]] kx::Color starClipsColor() const;
+    void setStarClipsColor(const kx::Color &color);
     /// Round ends for the bar and its parts.
-    [[nodiscard]] bool rounded() const { return m_rounded; }
+    [[nodiscard]] bool rounded() const;
     void setRounded(bool rounded);
     /// The knob's height, and 28 more than the bar's thickness: while not hovered (at first the view's own height, or
     /// 18) and while hovered (at first twice the other).
@@ -184,18 +185,21 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    /// Leaves painters their own pen and font: the bar needs no others, and the widget's are a tenth of a repaint.
+    void initPainter(QPainter *painter) const override;
 
 private:
     [[nodiscard]] PlaybackBarGeometry geometry() const;
     [[nodiscard]] QRectF trackingRect() const;
     [[nodiscard]] double range() const { return m_maxValue - m_minValue; }
-    [[nodiscard]] QColor designerStopColor() const { return m_stopColor.toQColor(); }
-    [[nodiscard]] QColor designerPlayedStartColor() const { return m_playedStartColor.toQColor(); }
-    [[nodiscard]] QColor designerPlayedEndColor() const { return m_playedEndColor.toQColor(); }
-    [[nodiscard]] QColor designerPreloadColor() const { return m_preloadColor.toQColor(); }
-    [[nodiscard]] QColor designerUnLoadColor() const { return m_unLoadColor.toQColor(); }
-    [[nodiscard]] QColor designerStarClipsColor() const { return m_starClipsColor.toQColor(); }
+    [[nodiscard]] QColor designerStopColor() const { return stopColor().toQColor(); }
+    [[nodiscard]] QColor designerPlayedStartColor() const { return playedStartColor().toQColor(); }
+    [[nodiscard]] QColor designerPlayedEndColor() const { return playedEndColor().toQColor(); }
+    [[nodiscard]] QColor designerPreloadColor() const { return preloadColor().toQColor(); }
+    [[nodiscard]] QColor designerUnLoadColor() const { return unLoadColor().toQColor(); }
+    [[nodiscard]] QColor designerStarClipsColor() const { return starClipsColor().toQColor(); }
     void setColor(kx::Color &field, const kx::Color &color);
+    void displayMove(const PlaybackBarGeometry &before);
     void endHover();
     void reportDrag();
     void giveNotices();
@@ -212,16 +216,8 @@ private:
     float m_draggedValue = 0;
     bool m_isMouseDown = false;
     bool m_isMouseEnter = false;
-    bool m_rounded = false;
     bool m_userInteraction = true;
     qint64 m_tag = 0;
-    QList<double> m_tags;
-    kx::Color m_stopColor;
-    kx::Color m_playedStartColor;
-    kx::Color m_playedEndColor;
-    kx::Color m_preloadColor;
-    kx::Color m_unLoadColor;
-    kx::Color m_starClipsColor;
     DragHandler m_draggedIndicatorHandler;
     HoverHandler m_hoveredBarHandler;
     ExitHandler m_exitHoveredBarHandler;
@@ -229,6 +225,7 @@ private:
     ClipHandler m_starClipDidEndHandler;
     std::function<QString(double)> m_valueFormatter;
     std::unique_ptr<kx::KeyboardFocus> m_keyboardFocus;
+    std::unique_ptr<PlaybackBarLook> m_look;
     std::unique_ptr<StarClips> m_clips;
     std::unique_ptr<PlaybackBarPainter> m_painter;
 };

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] bool isStopped() const { return m_in.maxValue == 0 && m_in.playedValue == 0; }
     /// Whether the drawn heights are those of a hovered bar.
     [[nodiscard]] bool looksHovered() const { return m_in.hoverHeight == m_in.indicatorHeight; }
+    /// From the smallest to the largest value.
+    [[nodiscard]] double range() const { return m_range; }
     [[nodiscard]] bool hasRange() const { return m_range > 0; }
     /// What lies between the bar's end and the centre of a knob at that end.
     [[nodiscard]] double knobInset() const { return m_knobInset; }

@@ -35,13 +35,14 @@ public:
 
     QRect repainted;
 
-    QColor pixel(int x, int y = onBar)
+    QImage picture()
     {
         QImage image(size(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::black);
         render(&image, {}, {}, {});
-        return image.pixelColor(x, y);
+        return image;
     }
+    QColor pixel(int x, int y = onBar) { return picture().pixelColor(x, y); }
 
 protected:
     void paintEvent(QPaintEvent *event) override
@@ -66,6 +67,10 @@ private Q_SLOTS:
     void drawsThePreloadedPartBehindThePlayedOne();
     void drawsTicks();
     void drawsClipsInsteadOfThePlayedPart();
+    void drawsWhatReachesFarBeyondTheView_data();
+    void drawsWhatReachesFarBeyondTheView();
+    void drawsAThousandClipsAndTenThousandTicks();
+    void drawsNoBarWithoutThickness();
     void roundsTheEnds();
     void repaintsAllForAKnobWithoutBounds_data();
     void repaintsAllForAKnobWithoutBounds();
@@ -164,6 +169,115 @@ void PNProgressIndicatorDrawingTest::drawsClipsInsteadOfThePlayedPart()
     QVERIFY(near(m_bar->pixel(221), preloadColor)); // a tick
     m_bar->reset2NormalMode();
     QVERIFY(near(m_bar->pixel(0), startColor));
+}
+
+void PNProgressIndicatorDrawingTest::drawsWhatReachesFarBeyondTheView_data()
+{
+    QTest::addColumn<double>("start");
+    QTest::addColumn<double>("end");
+    QTest::addColumn<bool>("atTheLeft");
+    QTest::addColumn<bool>("atTheRight");
+    QTest::newRow("to the right") << 50.0 << 1e12 << false << true;
+    QTest::newRow("to the left") << -1e12 << 50.0 << true << false;
+    QTest::newRow("to both sides") << -1e30 << 1e30 << true << true;
+    QTest::newRow("all to the right") << 1e12 << 2e12 << false << false;
+    QTest::newRow("all to the left") << -2e12 << -1e12 << false << false;
+    QTest::newRow("backwards") << 1e12 << -1e12 << false << false;
+}
+
+void PNProgressIndicatorDrawingTest::drawsWhatReachesFarBeyondTheView()
+{
+    QFETCH(double, start);
+    QFETCH(double, end);
+    QFETCH(bool, atTheLeft);
+    QFETCH(bool, atTheRight);
+    m_bar->setMaxValue(100);
+    for (const bool rounded : {false, true}) {
+        m_bar->setRounded(rounded);
+        m_bar->switch2StarMode({start}, {end});
+        QVERIFY(near(m_bar->pixel(20), atTheLeft ? clipColor : trackColor));
+        QVERIFY(near(m_bar->pixel(280), atTheRight ? clipColor : trackColor));
+        if (atTheLeft && atTheRight)
+            QVERIFY(near(m_bar->pixel(299, 17), clipColor)); // its round ends are outside
+    }
+}
+
+void PNProgressIndicatorDrawingTest::drawsAThousandClipsAndTenThousandTicks()
+{
+    kx::Image::setNamed(u"indicator"_s, nullptr);
+    constexpr double range = 10000;
+    m_bar->setMaxValue(range);
+    QList<double> tags;
+    for (int i = 0; i < 9900; ++i)
+        tags << i * 0.3; // many to a pixel
+    for (int i = 0; i < 100; ++i)
+        tags << 5000 + i * 47; // less than two pixels apart, so that some overlap
+    QList<double> starts;
+    QList<double> ends;
+    for (int i = 0; i < 1000; ++i) {
+        starts << 100 + i * 9.7;
+        ends << 100 + i * 9.7 + (i % 5 == 0 ? 20 : 1);
+    }
+    m_bar->setTags(tags);
+    m_bar->switch2StarMode(starts, ends);
+
+    // What each of them adds to each column, one after the other.
+    const auto left = [&](double value) { return value / range * 286 + 7; };
+    QList<double> grey(300, 77);
+    for (const double tag : tags) {
+        const double x = left(tag) - 1.5;
+        for (int column = qRound(x); column < qRound(x + 3); ++column)
+            grey[column] = grey[column] * 0.55 + 255 * 0.45;
+    }
+    QList<bool> clipped(300, false);
+    for (int i = 0; i < 1000; ++i) {
+        const double from = left(float(starts.at(i)));
+        const double to = left(float(ends.at(i)));
+        for (int column = qRound(from); column < qRound(to); ++column)
+            clipped[column] = true;
+    }
+    QVERIFY(clipped.count(true) > 50 && clipped.count(false) > 50);
+
+    const QImage image = m_bar->picture();
+    for (int x = 0; x < 300; ++x) {
+        const int value = qRound(grey.at(x));
+        const QColor expected = clipped.at(x) ? clipColor : QColor(value, value, value);
+        const QColor actual = image.pixelColor(x, onBar);
+        const int difference = std::max({qAbs(actual.red() - expected.red()), qAbs(actual.green() - expected.green()),
+            qAbs(actual.blue() - expected.blue())});
+        QVERIFY2(difference <= 4, qPrintable(u"%1: %2 is not %3"_s.arg(x).arg(actual.name(), expected.name())));
+    }
+}
+
+void PNProgressIndicatorDrawingTest::drawsNoBarWithoutThickness()
+{
+    const auto isEmpty = [](PNProgressIndicator &bar) {
+        QImage image(bar.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        const QImage before = image;
+        bar.render(&image, {}, {}, {});
+        return image == before;
+    };
+    kx::Image::setNamed(u"indicator"_s, nullptr);
+    for (const double height : {18.0, 28.0, 0.0, -50.0}) {
+        m_bar->updateDrawHeight(height);
+        m_bar->reset2NormalMode();
+        m_bar->setMaxValue(0);
+        QVERIFY(isEmpty(*m_bar));
+        m_bar->setMaxValue(100);
+        m_bar->setPlayedValue(50);
+        m_bar->setPreloadValue(80);
+        m_bar->setTags({60});
+        QVERIFY(isEmpty(*m_bar));
+        m_bar->switch2StarMode({20}, {40});
+        QVERIFY(isEmpty(*m_bar));
+        m_bar->setPlayedValue(0);
+    }
+    Bar low(QRectF(0, 0, 300, 11)); // all of the bar is above it
+    low.updateDrawHeight(32);
+    low.setMaxValue(100);
+    low.setPlayedValue(50);
+    QVERIFY(isEmpty(low));
 }
 
 void PNProgressIndicatorDrawingTest::roundsTheEnds()
