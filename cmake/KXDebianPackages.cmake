@@ -4,7 +4,9 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
+if(NOT CPACK_DEBIAN_DEBUGINFO_PACKAGE) # which takes the symbols off by itself
+    set(CPACK_STRIP_FILES ON)
+endif()
 if(NOT DEFINED CPACK_PACKAGE_CONTACT)
     set(CPACK_PACKAGE_CONTACT "The KXFoundation developers <maintainers@kxfoundation.invalid>")
 endif()
@@ -44,9 +46,6 @@ if(KX_BUILD_DESIGNER)
     kx_debian_package(Designer kxfoundation-designer devel
         "foundation of desktop video players: controls for Qt Designer" DEPENDS UI Web)
 endif()
-foreach(runtime CORE UI WEB)
-    set(CPACK_DEBIAN_${runtime}_PACKAGE_MULTIARCH same)
-endforeach()
 
 # Opened at run time, by its version, so dpkg-shlibdeps does not see it.
 if(KX_LIBAVFORMAT_INCLUDE_DIR)
