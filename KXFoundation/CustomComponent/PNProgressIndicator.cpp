@@ -242,6 +242,16 @@ bool PNProgressIndicator::isStarMode() const
     return m_clips->isOn();
 }
 
+QList<double> PNProgressIndicator::starClipStarts() const
+{
+    return m_clips->starts();
+}
+
+QList<double> PNProgressIndicator::starClipEnds() const
+{
+    return m_clips->ends();
+}
+
 qint32 PNProgressIndicator::currentClipIdx() const
 {
     return m_clips->currentIndex();
@@ -465,21 +475,24 @@ void PNProgressIndicator::reportDrag()
         Q_EMIT indicatorDragged(true, fraction);
 }
 
+// The second notice is judged by the clips as the handler of the first one left them.
 void PNProgressIndicator::giveNotices()
 {
-    const StarClips::Notices due = m_clips->advanceTo(m_playedValue, m_starClipEndingAdvance);
-    const qint32 index = m_clips->currentIndex();
     const QPointer<PNProgressIndicator> alive(this);
-    if (due.willEnd) {
-        if (const ClipHandler handler = m_starClipWillEndHandler)
-            handler(index, this);
-        if (alive)
-            Q_EMIT starClipDurationWillEnd(index);
-    }
-    if (alive && due.didEnd) {
-        if (const ClipHandler handler = m_starClipDidEndHandler)
-            handler(index, this);
-        if (alive)
-            Q_EMIT starClipDurationDidEnd(index);
-    }
+    const double value = m_playedValue;
+    m_clips->follow(value);
+    if (m_clips->isAboutToEnd(value, m_starClipEndingAdvance))
+        tellOfClip(m_starClipWillEndHandler, &PNProgressIndicator::starClipDurationWillEnd);
+    if (alive && isStarMode() && m_clips->hasEnded(value))
+        tellOfClip(m_starClipDidEndHandler, &PNProgressIndicator::starClipDurationDidEnd);
+}
+
+void PNProgressIndicator::tellOfClip(ClipHandler handler, void (PNProgressIndicator::*signal)(qint32))
+{
+    const QPointer<PNProgressIndicator> alive(this);
+    const qint32 index = m_clips->currentIndex();
+    if (handler)
+        handler(index, this);
+    if (alive)
+        Q_EMIT(this->*signal)(index);
 }

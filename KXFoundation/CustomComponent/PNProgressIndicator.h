@@ -140,6 +140,9 @@ public:
     void switch2StarMode(const QList<double> &starts, const QList<double> &ends);
     void reset2NormalMode();
     [[nodiscard]] bool isStarMode() const;
+    /// As they were given; empty outside of star mode.
+    [[nodiscard]] QList<double> starClipStarts() const;
+    [[nodiscard]] QList<double> starClipEnds() const;
     [[nodiscard]] qint32 currentClipIdx() const;
     [[nodiscard]] double lastClipEnd() const;
     [[nodiscard]] double currentClipEnd() const;
@@ -168,6 +171,7 @@ public:
 
     [[nodiscard]] kx::RangeState rangeState() const override;
     void setByUser(double value) override;
+    [[nodiscard]] double keptValue(double value) const override { return static_cast<float>(value); }
     [[nodiscard]] QString valueText() const override;
 
 Q_SIGNALS:
@@ -203,6 +207,7 @@ private:
     void endHover();
     void reportDrag();
     void giveNotices();
+    void tellOfClip(ClipHandler handler, void (PNProgressIndicator::*signal)(qint32));
 
     double m_playedValue = 0;
     double m_preloadValue = 0;

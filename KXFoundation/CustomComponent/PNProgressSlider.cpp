@@ -60,22 +60,25 @@ void PNProgressSlider::setProgressValue(double fraction)
     Q_EMIT progressValueChanged(fraction);
 }
 
-// The nearest end of a segment is found in single precision, halves going away from zero.
 double PNProgressSlider::currentValue() const
 {
-    if (!(range() > 0))
-        return 0;
+    return range() > 0 ? valueAt(m_progressValue) : 0;
+}
+
+// The nearest end of a segment is found in single precision, halves going away from zero.
+double PNProgressSlider::valueAt(double fraction) const
+{
     if (!isSegment())
-        return range() * m_progressValue + m_minValue;
+        return range() * fraction + m_minValue;
     const float step = 1.0F / static_cast<float>(m_segementCount);
-    const float index = std::round(static_cast<float>(m_progressValue / step));
+    const float index = std::round(static_cast<float>(fraction / step));
     return index * (range() / static_cast<double>(m_segementCount)) + m_minValue;
 }
 
 void PNProgressSlider::setCurrentValue(double value)
 {
     if (!m_isMouseDown && range() > 0)
-        setProgressValue((value - m_minValue) / range());
+        setProgressValue(fractionOf(value));
 }
 
 qint64 PNProgressSlider::currentIndex() const
@@ -141,7 +144,7 @@ void PNProgressSlider::mouseExited(kx::Event *)
 {
     m_isHover = false;
     setNeedsDisplay();
-    endDrag();
+    draggedIndicatorHandler();
 }
 
 void PNProgressSlider::mouseDown(kx::Event *event)
@@ -168,7 +171,7 @@ void PNProgressSlider::mouseDragged(kx::Event *event)
 
 void PNProgressSlider::mouseUp(kx::Event *)
 {
-    endDrag();
+    draggedIndicatorHandler();
 }
 
 void PNProgressSlider::cursorUpdate(kx::Event *)
@@ -224,6 +227,13 @@ void PNProgressSlider::setByUser(double value)
         settle();
 }
 
+// Beyond 2^24 segments, single precision passes over some of them, and the end of a drag may be another one again.
+double PNProgressSlider::keptValue(double value) const
+{
+    const double kept = valueAt(fractionOf(value));
+    return isHeard() ? valueAt(fractionOf(kept)) : kept;
+}
+
 QString PNProgressSlider::valueText() const
 {
     return m_valueFormatter ? m_valueFormatter(currentValue()) : QString::number(currentValue());
@@ -266,12 +276,12 @@ void PNProgressSlider::drawMarks(QPainter &painter) const
     const qint64 shown = std::min<qint64>(m_segementCount, std::max(1, std::max(width(), height())) * 4);
     for (qint64 i = 0; i <= shown; ++i) {
         const QRectF mark = geometry.mark(i, shown);
-        if (kx::isPaintable(mark))
+        if (kx::isPaintable(mark) && mark.intersects(bounds()))
             painter.drawRoundedRect(widgetRect(mark), mark.width() * 0.5, mark.width() * 0.5);
     }
 }
 
-void PNProgressSlider::endDrag()
+void PNProgressSlider::draggedIndicatorHandler()
 {
     if (!m_isMouseDown)
         return;

@@ -97,6 +97,10 @@ public:
     /// Empty for none. At the end of a drag that anybody hears of, by this or by indicatorDragged(), a slider with
     /// segments moves its knob to the nearest end of one.
     void onDraggedIndicator(const DragHandler &handler) { m_draggedIndicatorHandler = handler; }
+    /// Ends a drag as its release does. Does nothing without one.
+    void draggedIndicatorHandler();
+    /// Where the knob was last drawn, in the view's coordinates; empty before that. A press counts there, too.
+    [[nodiscard]] QRectF knobRect() const { return m_knobRect; }
     /// What assistive technology reads for a value. Empty for the default, the number itself.
     void setValueFormatter(const std::function<QString(double value)> &formatter) { m_valueFormatter = formatter; }
 
@@ -117,6 +121,7 @@ public:
 
     [[nodiscard]] kx::RangeState rangeState() const override;
     void setByUser(double value) override;
+    [[nodiscard]] double keptValue(double value) const override;
     [[nodiscard]] QString valueText() const override;
 
 Q_SIGNALS:
@@ -133,11 +138,12 @@ protected:
 
 private:
     [[nodiscard]] double range() const { return m_maxValue - m_minValue; }
+    [[nodiscard]] double valueAt(double fraction) const;
+    [[nodiscard]] double fractionOf(double value) const { return (value - m_minValue) / range(); }
     [[nodiscard]] QColor designerMainColor() const { return m_mainColor.toQColor(); }
     [[nodiscard]] QColor designerBgColor() const { return m_bgColor.toQColor(); }
     [[nodiscard]] QColor designerSegementColor() const { return m_segementColor.toQColor(); }
     void drawMarks(QPainter &painter) const;
-    void endDrag();
     void settle();
     void report(bool finished);
     [[nodiscard]] bool isHeard() const;
@@ -151,7 +157,7 @@ private:
     bool m_userInteraction = true;
     bool m_isMouseDown = false;
     bool m_isHover = false;
-    QRectF m_knobRect; // where the knob was last drawn
+    QRectF m_knobRect;
     kx::Color m_mainColor;
     kx::Color m_bgColor;
     kx::Color m_segementColor;

@@ -27,14 +27,20 @@ void StarClips::stop()
     m_currentEnd = 0;
 }
 
-StarClips::Notices StarClips::advanceTo(double playedValue, double advance)
+void StarClips::follow(double playedValue)
 {
     if (m_lastEnd >= playedValue || playedValue - 1.2 > m_currentEnd)
         findCurrent(playedValue);
-    const double left = m_currentEnd - playedValue;
-    const bool hasClip = m_currentIndex >= 0;
-    return {
-        .willEnd = hasClip && m_currentEnd >= playedValue && left < advance + 1.0, .didEnd = hasClip && left <= 0.8};
+}
+
+bool StarClips::isAboutToEnd(double playedValue, double advance) const
+{
+    return m_currentIndex >= 0 && m_currentEnd >= playedValue && m_currentEnd - playedValue < advance + 1.0;
+}
+
+bool StarClips::hasEnded(double playedValue) const
+{
+    return m_currentIndex >= 0 && m_currentEnd - playedValue <= 0.8;
 }
 
 // An end of 0 counts as none found: the search goes on behind it.

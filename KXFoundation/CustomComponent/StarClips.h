@@ -10,12 +10,6 @@
 /// floats.
 class StarClips {
 public:
-    /// What a new position calls for; both may.
-    struct Notices {
-        bool willEnd = false;
-        bool didEnd = false;
-    };
-
     /// Past the last clip's end, the current clip ends here.
     static constexpr double never = std::numeric_limits<double>::max();
 
@@ -32,9 +26,15 @@ public:
     [[nodiscard]] double lastEnd() const { return m_lastEnd; }
     [[nodiscard]] double currentEnd() const { return m_currentEnd; }
 
-    /// Finds the current clip anew when the position has left it, and says what is due. The same notice is due again at
-    /// every position inside its window: `advance` + 1 before the end, and from 0.8 before to 1.2 after it.
-    Notices advanceTo(double playedValue, double advance);
+    /// Finds the current clip anew when the position has left it.
+    void follow(double playedValue);
+    // Whether a notice is due at a position, which is then being followed. Each one is due again at every position
+    // inside its window, and both windows may overlap.
+
+    /// From `advance` + 1 before the current clip's end up to it.
+    [[nodiscard]] bool isAboutToEnd(double playedValue, double advance) const;
+    /// From 0.8 before the current clip's end on; 1.2 after it, there is another clip or none.
+    [[nodiscard]] bool hasEnded(double playedValue) const;
 
 private:
     void findCurrent(double playedValue);

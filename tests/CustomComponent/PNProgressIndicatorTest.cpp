@@ -53,8 +53,11 @@ private Q_SLOTS:
     void tracksTheMiddleOfItsBounds();
     void givesTheNoticesOfItsClips();
     void givesNoNoticeOutsideOfStarMode();
+    void judgesTheSecondNoticeAfterTheFirst();
+    void tellsItsClips();
     void movesByKeys_data();
     void movesByKeys();
+    void movesByKeysHoweverFarFromZero();
     void isASliderToAssistiveTechnology();
     void obeysAssistiveTechnologyWhereTheUserMayDrag();
     void givesItsColoursToDesigner();
@@ -403,6 +406,37 @@ void PNProgressIndicatorTest::givesNoNoticeOutsideOfStarMode()
     QCOMPARE(notices, 0);
 }
 
+void PNProgressIndicatorTest::judgesTheSecondNoticeAfterTheFirst()
+{
+    int ended = 0;
+    m_bar->onStarClipDurationDidEnd([&](qint32, PNProgressIndicator *) { ++ended; });
+    m_bar->switch2StarMode({5}, {10});
+    m_bar->setPlayedValue(9.5); // both are due
+    QCOMPARE(ended, 1);
+
+    m_bar->onStarClipDurationWillEnd([](qint32, PNProgressIndicator *bar) { bar->reset2NormalMode(); });
+    m_bar->setPlayedValue(9.6);
+    QVERIFY(!m_bar->isStarMode());
+    QCOMPARE(ended, 1);
+
+    m_bar->onStarClipDurationWillEnd(
+        [](qint32, PNProgressIndicator *bar) { bar->switch2StarMode({5}, {50}); }); // it goes on for longer
+    m_bar->switch2StarMode({5}, {10});
+    m_bar->setPlayedValue(9.7);
+    QCOMPARE(ended, 1);
+}
+
+void PNProgressIndicatorTest::tellsItsClips()
+{
+    QVERIFY(m_bar->starClipStarts().isEmpty());
+    m_bar->switch2StarMode({5, 15.5}, {10, 20, 30});
+    QCOMPARE(m_bar->starClipStarts(), (QList<double>{5, 15.5}));
+    QCOMPARE(m_bar->starClipEnds(), (QList<double>{10, 20, 30}));
+    m_bar->reset2NormalMode();
+    QVERIFY(m_bar->starClipStarts().isEmpty());
+    QVERIFY(m_bar->starClipEnds().isEmpty());
+}
+
 void PNProgressIndicatorTest::movesByKeys_data()
 {
     QTest::addColumn<int>("key");
@@ -423,6 +457,26 @@ void PNProgressIndicatorTest::movesByKeys()
     QTest::keyClick(m_bar, Qt::Key(key));
     QCOMPARE(m_bar->playedValue(), value);
     QCOMPARE(m_drags, (QList<Drag>{{true, value / 100}}));
+}
+
+// A dragged value is kept in single precision, where a step may be nothing.
+void PNProgressIndicatorTest::movesByKeysHoweverFarFromZero()
+{
+    constexpr double start = 1'700'000'000; // seconds since 1970
+    m_bar->setMinValue(start);
+    m_bar->setMaxValue(start + 3600);
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left}) {
+        m_bar->setPlayedValue(start + 1800);
+        double previous = m_bar->playedValue();
+        for (int i = 0; i < 10; ++i) {
+            QTest::keyClick(m_bar, key);
+            const double distance =
+                key == Qt::Key_Right ? m_bar->playedValue() - previous : previous - m_bar->playedValue();
+            QVERIFY(distance > 0);
+            QVERIFY(distance <= 256); // two of the values that there are
+            previous = m_bar->playedValue();
+        }
+    }
 }
 
 void PNProgressIndicatorTest::isASliderToAssistiveTechnology()

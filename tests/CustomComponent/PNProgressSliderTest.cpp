@@ -51,6 +51,8 @@ private Q_SLOTS:
     void doesNotSnapWhenNobodyHears();
     void snapsForAConnectedSignal();
     void endsADragWhenThePointerLeaves();
+    void endsADragWhenItIsTold();
+    void tellsWhereItsKnobIs();
     void forgetsADragThatComesToNothing();
     void isNotHitWithoutInteraction();
     void losesItsTrackingAreaAtTheSecondUpdate();
@@ -62,6 +64,9 @@ private Q_SLOTS:
     void marksItsSegments();
     void movesByKeys_data();
     void movesByKeys();
+    void movesByKeysInTheFinestSteps_data();
+    void movesByKeysInTheFinestSteps();
+    void stepsForAssistiveTechnologyInTheFinestSteps();
     void leavesOtherKeysAlone();
     void isASliderToAssistiveTechnology();
     void obeysAssistiveTechnologyWhereTheUserMayDrag();
@@ -335,6 +340,38 @@ void PNProgressSliderTest::forgetsADragThatComesToNothing()
     QCOMPARE(m_slider->currentValue(), 40.0);
 }
 
+void PNProgressSliderTest::endsADragWhenItIsTold()
+{
+    m_slider->setSegementCount(4);
+    m_slider->draggedIndicatorHandler();
+    QVERIFY(m_reports.isEmpty());
+    Pointer pointer(*m_slider);
+    pointer.moveTo({64, 10});
+    pointer.press();
+    QVERIFY(m_slider->isMouseDown());
+    m_slider->draggedIndicatorHandler();
+    QVERIFY(!m_slider->isMouseDown());
+    QCOMPARE(m_reports.last(), (Report{true, 25}));
+    QCOMPARE(m_slider->progressValue(), 0.25);
+    const qsizetype count = m_reports.size();
+    pointer.moveTo({150, 10});
+    pointer.release();
+    QCOMPARE(m_reports.size(), count);
+}
+
+void PNProgressSliderTest::tellsWhereItsKnobIs()
+{
+    const PNProgressSlider unpainted;
+    QVERIFY(unpainted.knobRect().isNull());
+    m_slider->setProgressValue(0.5);
+    m_slider->grab();
+    QCOMPARE(m_slider->knobRect(), QRectF(92.5, 2.5, 15, 15));
+    m_slider->setProgressValue(1);
+    QCOMPARE(m_slider->knobRect(), QRectF(92.5, 2.5, 15, 15)); // where it was last drawn
+    m_slider->grab();
+    QCOMPARE(m_slider->knobRect(), QRectF(182, 2.5, 15, 15));
+}
+
 void PNProgressSliderTest::isNotHitWithoutInteraction()
 {
     auto *slider = m_slider.data();
@@ -469,6 +506,72 @@ void PNProgressSliderTest::movesByKeys()
     QVERIFY(qAbs(m_slider->currentValue() - value) < 1e-9);
     QCOMPARE(m_reports.size(), 1);
     QVERIFY(m_reports.first().finished);
+}
+
+void PNProgressSliderTest::movesByKeysInTheFinestSteps_data()
+{
+    QTest::addColumn<qint64>("segments");
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<double>("largest"); // step, in segments or in values
+    // From 2^24 on, not every number of a segment is one of single precision.
+    QTest::newRow("2^24") << (qint64(1) << 24) << 0.0 << double(1 << 24) << 1.0;
+    QTest::newRow("2^25") << (qint64(1) << 25) << 0.0 << double(1 << 25) << 2.0;
+    QTest::newRow("2^31") << (qint64(1) << 31) << 0.0 << double(qint64(1) << 31) << 128.0;
+    QTest::newRow("2^62") << (qint64(1) << 62) << 0.0 << double(qint64(1) << 62) << double(qint64(1) << 40);
+    // There, the length of a segment is rounded, too.
+    QTest::newRow("10 million") << qint64(10'000'000) << 0.0 << 1e7 << 2.0;
+    QTest::newRow("30 million") << qint64(30'000'000) << 0.0 << 3e7 << 8.0;
+    QTest::newRow("a thousand million") << qint64(1'000'000'000) << 0.0 << 1e9 << 512.0;
+    QTest::newRow("without segments, far from zero") << qint64(0) << 1e17 << 1e17 + 1024 << 32.0;
+}
+
+void PNProgressSliderTest::movesByKeysInTheFinestSteps()
+{
+    QFETCH(qint64, segments);
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    QFETCH(double, largest);
+    m_slider->setMaxValue(maximum);
+    m_slider->setMinValue(minimum);
+    m_slider->setSegementCount(segments);
+    for (const bool isHeard : {true, false}) {
+        if (!isHeard)
+            m_slider->onDraggedIndicator({});
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_Left, Qt::Key_PageDown}) {
+            const bool up = key == Qt::Key_Right || key == Qt::Key_PageUp;
+            m_slider->setProgressValue(0.7);
+            double previous = m_slider->currentValue();
+            const bool isPageOfValues = segments == 0 && (key == Qt::Key_PageUp || key == Qt::Key_PageDown);
+            for (int i = 0; i < 5 && !isPageOfValues; ++i) {
+                QTest::keyClick(m_slider, key);
+                const double distance = (m_slider->currentValue() - previous) * (up ? 1 : -1);
+                QVERIFY2(distance > 0, qPrintable(QString::number(distance)));
+                QVERIFY2(distance <= largest, qPrintable(QString::number(distance)));
+                previous = m_slider->currentValue();
+            }
+        }
+    }
+    m_slider->setProgressValue(1);
+    QTest::keyClick(m_slider, Qt::Key_Right);
+    QVERIFY(qAbs(m_slider->currentValue() / maximum - 1) < 1e-6); // it stays at the end
+}
+
+void PNProgressSliderTest::stepsForAssistiveTechnologyInTheFinestSteps()
+{
+    m_slider->setSegementCount(qint64(1) << 26);
+    m_slider->setMaxValue(double(1 << 26));
+    m_slider->setProgressValue(0.75);
+    const double middle = m_slider->currentValue();
+    QAccessibleInterface *const accessible = QAccessible::queryAccessibleInterface(m_slider);
+    QVERIFY(accessible);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    QCOMPARE(m_slider->currentValue(), middle + 4);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    QCOMPARE(m_slider->currentValue(), middle);
+    m_slider->setMinValue(double(1 << 26)); // no range
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    QCOMPARE(m_slider->progressValue(), 0.75);
 }
 
 void PNProgressSliderTest::leavesOtherKeysAlone()

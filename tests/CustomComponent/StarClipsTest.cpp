@@ -26,9 +26,9 @@ void StarClipsTest::isOffAtFirst()
     StarClips clips;
     QVERIFY(!clips.isOn());
     QCOMPARE(clips.currentIndex(), -1);
-    const auto notices = clips.advanceTo(5, 4);
-    QVERIFY(!notices.willEnd);
-    QVERIFY(!notices.didEnd);
+    clips.follow(5);
+    QVERIFY(!clips.isAboutToEnd(5, 4));
+    QVERIFY(!clips.hasEnded(5));
 }
 
 void StarClipsTest::findsTheClipThatEndsNext_data()
@@ -71,9 +71,9 @@ void StarClipsTest::followsThePositionThroughTheClips()
     QCOMPARE(clips.lastEnd(), 10.0);
 
     const auto expect = [&](double value, bool willEnd, bool didEnd, int index) {
-        const auto notices = clips.advanceTo(value, 4);
-        QCOMPARE(notices.willEnd, willEnd);
-        QCOMPARE(notices.didEnd, didEnd);
+        clips.follow(value);
+        QCOMPARE(clips.isAboutToEnd(value, 4), willEnd);
+        QCOMPARE(clips.hasEnded(value), didEnd);
         QCOMPARE(clips.currentIndex(), index);
     };
     expect(15.0, false, false, 1); // the window is open: less than advance + 1
@@ -94,8 +94,10 @@ void StarClipsTest::repeatsANoticeInsideItsWindow()
     StarClips clips;
     clips.start({0}, {10}, 0);
     for (int i = 0; i < 3; ++i) {
-        QVERIFY(clips.advanceTo(6, 4).willEnd);
-        QVERIFY(clips.advanceTo(10.5, 4).didEnd);
+        clips.follow(6);
+        QVERIFY(clips.isAboutToEnd(6, 4));
+        clips.follow(10.5);
+        QVERIFY(clips.hasEnded(10.5));
     }
 }
 
@@ -103,7 +105,7 @@ void StarClipsTest::findsTheClipAnewWhenThePositionGoesBack()
 {
     StarClips clips;
     clips.start({}, {10, 20}, 15);
-    static_cast<void>(clips.advanceTo(10, 4)); // back to the last end, inclusive
+    clips.follow(10); // back to the last end, inclusive
     QCOMPARE(clips.currentIndex(), 0);
     QCOMPARE(clips.currentEnd(), 10.0);
 }
@@ -112,9 +114,9 @@ void StarClipsTest::givesNoNoticePastTheLastClip()
 {
     StarClips clips;
     clips.start({}, {10}, 50);
-    const auto notices = clips.advanceTo(51, 4);
-    QVERIFY(!notices.willEnd);
-    QVERIFY(!notices.didEnd);
+    clips.follow(51);
+    QVERIFY(!clips.isAboutToEnd(51, 4));
+    QVERIFY(!clips.hasEnded(51));
 }
 
 void StarClipsTest::readsBoundsAsSinglePrecision()

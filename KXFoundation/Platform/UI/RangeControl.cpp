@@ -49,11 +49,11 @@ public:
     }
     void doAction(const QString &action) override
     {
-        const RangeState state = m_control.rangeState();
+        const double step = m_control.rangeState().step;
         if (action == increaseAction())
-            setCurrentValue(state.value + state.step);
+            setCurrentValue(m_control.steppedBy(step));
         else if (action == decreaseAction())
-            setCurrentValue(state.value - state.step);
+            setCurrentValue(m_control.steppedBy(-step));
         else
             AccessibleControl::doAction(action);
     }
@@ -114,19 +114,34 @@ std::optional<double> RangeControl::valueForKey(const Event &event) const
     const auto &key = static_cast<const QKeyEvent &>(*event.qtEvent());
     if (key.modifiers() & ~Qt::KeypadModifier)
         return std::nullopt;
-    double wanted = state.value;
     switch (key.key()) {
     case Qt::Key_Left: // the controls run from left to right in every language
-    case Qt::Key_Down: wanted -= state.step; break;
+    case Qt::Key_Down: return steppedBy(-state.step);
     case Qt::Key_Right:
-    case Qt::Key_Up: wanted += state.step; break;
-    case Qt::Key_PageDown: wanted -= state.pageStep; break;
-    case Qt::Key_PageUp: wanted += state.pageStep; break;
-    case Qt::Key_Home: wanted = state.minimum; break;
-    case Qt::Key_End: wanted = state.maximum; break;
+    case Qt::Key_Up: return steppedBy(state.step);
+    case Qt::Key_PageDown: return steppedBy(-state.pageStep);
+    case Qt::Key_PageUp: return steppedBy(state.pageStep);
+    case Qt::Key_Home: return state.minimum;
+    case Qt::Key_End: return state.maximum;
     default: return std::nullopt;
     }
-    return std::isnan(wanted) ? state.minimum : std::clamp(wanted, state.minimum, state.maximum);
+}
+
+double RangeControl::steppedBy(double step) const
+{
+    const RangeState state = rangeState();
+    if (!(state.maximum > state.minimum))
+        return state.value;
+    for (double way = step;; way *= 2) {
+        const double wanted = state.value + way;
+        if (std::isnan(wanted))
+            return state.minimum;
+        const double held = std::clamp(wanted, state.minimum, state.maximum);
+        const double kept = keptValue(held);
+        const bool moves = step > 0 ? kept > state.value : kept < state.value;
+        if (moves || held != wanted || way == 0 || std::isinf(way))
+            return held;
+    }
 }
 
 QString timeText(double seconds)

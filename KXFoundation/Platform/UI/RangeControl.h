@@ -34,8 +34,13 @@ public:
     /// Takes a value as if the user had dragged there; it is within the range. Does nothing while the user may not, or
     /// is dragging.
     virtual void setByUser(double value) = 0;
+    /// What rangeState() has for a value after setByUser(): the nearest one that the control can keep.
+    [[nodiscard]] virtual double keptValue(double value) const { return value; }
     /// The present value for people.
     [[nodiscard]] virtual QString valueText() const = 0;
+    /// The value a step above or, for `step` below 0, below the present one, within the range. Where the control cannot
+    /// keep a value so near, a farther one that it can.
+    [[nodiscard]] double steppedBy(double step) const;
 
 protected:
     /// Lets the accessibility of the application know such controls. To be called by constructors.
