@@ -7,12 +7,14 @@
 
 #include <Support/LoggingWindow.h>
 #include <Support/Pointer.h>
+#include <Support/ReceivedEvents.h>
 #include <Support/TestImages.h>
 
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QHBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +27,7 @@ private Q_SLOTS:
     void cleanup() { m_window.reset(); }
 
     void hasItsDefaults();
+    void asksForALayoutOnlyForAnImageOfAnotherSize();
     void showsItsImageScaledDown();
     void showsItsImageOnWholePixels();
     void clicksAtThePress();
@@ -301,6 +304,24 @@ void KXImageViewTest::hasPropertiesForForms()
     QCOMPARE(m_view->property("image").value<QIcon>().pixmap(20, 20).toImage().pixelColor(1, 1), QColor(Qt::yellow));
     QVERIFY(m_view->setProperty("image", QIcon()));
     QVERIFY(!m_view->image());
+}
+
+void KXImageViewTest::asksForALayoutOnlyForAnImageOfAnotherSize()
+{
+    QWidget row(m_window.get());
+    auto *const layout = new QHBoxLayout(&row);
+    auto *const view = new KXImageView;
+    layout->addWidget(view);
+    row.show();
+    view->setImage(kx::test::sampleImage(20, 20));
+    ReceivedEvents requests(row, QEvent::LayoutRequest);
+    (void)requests.taken();
+    view->setImage(kx::test::sampleImage(40, 40, 2));
+    QCOMPARE(requests.taken(), 0);
+    view->setImage(kx::test::sampleImage(40, 40));
+    QCOMPARE(requests.taken(), 1);
+    view->setImage(nullptr);
+    QCOMPARE(requests.taken(), 1);
 }
 
 QTEST_MAIN(KXImageViewTest)

@@ -5,6 +5,7 @@
 #include <KXFoundation/Platform/UI/Layer.h>
 
 #include <Support/Pointer.h>
+#include <Support/ReceivedEvents.h>
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -32,20 +33,6 @@ QColor colorOf(const kx::Image &image)
     color.setAlpha(255);
     return color;
 }
-
-/// Counts how often a widget is asked to paint itself.
-class Paintings : public QObject {
-public:
-    explicit Paintings(QWidget &widget) { widget.installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 constexpr int faint = 115; // 0.45 of 255
 
@@ -366,12 +353,12 @@ void PNAlphBtnTest::paintsNothingAtRestWhileItCastsAShadow()
     m_button->setShadowOffset(offset);
     m_button->update();
     QTRY_VERIFY(m_button->layer()->castsShadow());
-    Paintings paintings(*m_button);
+    ReceivedEvents paintings(*m_button, QEvent::Paint);
     const auto paintsNothing = [&] {
-        paintings.count = 0;
+        int count = 0;
         for (int round = 0; round < 10; ++round)
-            QCoreApplication::processEvents();
-        return paintings.count == 0;
+            count += paintings.taken();
+        return count == 0;
     };
     QTRY_VERIFY(paintsNothing());
 }

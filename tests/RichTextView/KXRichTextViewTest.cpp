@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ShownRuns.h"
 #include "Support/Pointer.h"
+#include "Support/ReceivedEvents.h"
 
 #include <KXFoundation/Platform/UI/Cursor.h>
 
@@ -10,7 +11,6 @@
 
 #include <limits>
 #include <thread>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -223,36 +223,10 @@ void KXRichTextViewTest::tellsItsLayoutOfANewSize()
     QVERIFY(m_shown->view->width() > width);
 }
 
-namespace {
-
-/// Counts what its widget is told of new sizes of its children.
-class LayoutRequests : public QObject {
-public:
-    explicit LayoutRequests(QWidget &widget) { widget.installEventFilter(this); }
-    /// Since the last time.
-    int taken()
-    {
-        QCoreApplication::processEvents();
-        return std::exchange(m_count, 0);
-    }
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        m_count += event->type() == QEvent::LayoutRequest ? 1 : 0;
-        return false;
-    }
-
-private:
-    int m_count = 0;
-};
-
-} // namespace
-
 void KXRichTextViewTest::tellsOfNewSizesInAutoLayoutOnly()
 {
     m_shown = std::make_unique<ShownView>();
-    LayoutRequests requests(m_shown->window);
+    ReceivedEvents requests(m_shown->window, QEvent::LayoutRequest);
     KXRichTextView &view = *m_shown->view;
     requests.taken();
     view.setKXAttributedStrings({plainRun(u"One"_qs)});

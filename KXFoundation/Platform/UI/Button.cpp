@@ -44,16 +44,18 @@ void Button::setAlternateTitle(const QString &title)
 
 void Button::setAttributedTitle(const AttributedString &title)
 {
+    const bool takesOtherRoom = !takeTheSameRoom(m_title, title);
     m_title = title;
     setText(title.string().replace(u'&', u"&&"_s)); // no mnemonics
-    contentChanged();
+    contentChanged(takesOtherRoom);
     Q_EMIT titleChanged();
 }
 
 void Button::setAttributedAlternateTitle(const AttributedString &title)
 {
+    const bool takesOtherRoom = !takeTheSameRoom(m_alternateTitle, title);
     m_alternateTitle = title;
-    contentChanged();
+    contentChanged(takesOtherRoom);
     Q_EMIT titleChanged();
 }
 
@@ -61,16 +63,18 @@ void Button::setImage(const Image &image)
 {
     if (m_image == image)
         return;
+    const bool takesOtherRoom = !takeTheSameRoom(m_image, image);
     m_image = image;
-    contentChanged();
+    contentChanged(takesOtherRoom);
 }
 
 void Button::setAlternateImage(const Image &image)
 {
     if (m_alternateImage == image)
         return;
+    const bool takesOtherRoom = !takeTheSameRoom(m_alternateImage, image);
     m_alternateImage = image;
-    contentChanged();
+    contentChanged(takesOtherRoom);
 }
 
 void Button::setState(int state)
@@ -87,10 +91,12 @@ void Button::setState(int state)
 
 void Button::setFont(const Font &font)
 {
+    const bool looksTheSame = m_font.sameValue(font);
     m_font = font;
     if (font)
         m_fontSize = font.pointSize();
-    contentChanged();
+    if (!looksTheSame)
+        contentChanged();
 }
 
 void Button::setAlignment(TextAlignment alignment)
@@ -180,10 +186,12 @@ void Button::changeEvent(QEvent *event)
         enabledChanged();
 }
 
-void Button::contentChanged()
+// Layouts are told only where there is something for them to do: looks change with every move over the button.
+void Button::contentChanged(bool takesOtherRoom)
 {
     m_contentIsStale = true;
-    invalidateIntrinsicContentSize();
+    if (takesOtherRoom)
+        invalidateIntrinsicContentSize();
     setNeedsDisplay();
 }
 

@@ -121,7 +121,7 @@ private:
     [[nodiscard]] QIcon alternateImageIcon() const { return iconFromImage(m_alternateImage); }
 
     [[nodiscard]] bool showsAlternateTitle() const;
-    void contentChanged();
+    void contentChanged(bool takesOtherRoom = true);
     void sendAction();
     [[nodiscard]] ButtonContent &content() const;
 

@@ -56,6 +56,24 @@ void ButtonContent::draw(QPainter &painter, const QRectF &area)
     painter.restore();
 }
 
+bool takeTheSameRoom(const Image &a, const Image &b)
+{
+    return bool(a) == bool(b) && a.size() == b.size();
+}
+
+bool takeTheSameRoom(const AttributedString &a, const AttributedString &b)
+{
+    using Run = AttributedString::Run;
+    const auto differInColoursAlone = [](const Run &first, const Run &second) {
+        const TextAttributes &x = first.attributes;
+        const TextAttributes &y = second.attributes;
+        return first.start == second.start && x.font.sameValue(y.font) && !x.attachment && !y.attachment
+            && x.paragraphStyle == y.paragraphStyle && x.baselineOffset == y.baselineOffset;
+    };
+    return a.string() == b.string()
+        && std::equal(a.runs().begin(), a.runs().end(), b.runs().begin(), b.runs().end(), differInColoursAlone);
+}
+
 QRectF fittedDown(const QSizeF &size, const QRectF &area)
 {
     if (size.isEmpty() || area.isEmpty())

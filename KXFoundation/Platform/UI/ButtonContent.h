@@ -39,6 +39,11 @@ private:
     LayoutManager m_layout{m_storage, m_container};
 };
 
+/// Whether one may stand for the other without a new layout. Titles that differ in colours alone do; those with
+/// attachments do not, as these may have changed meanwhile.
+[[nodiscard]] bool takeTheSameRoom(const Image &a, const Image &b);
+[[nodiscard]] bool takeTheSameRoom(const AttributedString &a, const AttributedString &b);
+
 /// The place of something of this size in the middle of an area: scaled down in proportion to fit, never up.
 [[nodiscard]] QRectF fittedDown(const QSizeF &size, const QRectF &area);
 /// The same place with its top left corner on a whole pixel of the painter's device, half a pixel away at most: an

@@ -20,8 +20,10 @@ void ImageView::setImage(const Image &image)
 {
     if (m_image == image)
         return;
+    const bool takesOtherRoom = !takeTheSameRoom(m_image, image);
     m_image = image;
-    invalidateIntrinsicContentSize();
+    if (takesOtherRoom)
+        invalidateIntrinsicContentSize();
     setNeedsDisplay();
 }
 

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/Button.h>
 
 #include <Support/Pointer.h>
+#include <Support/ReceivedEvents.h>
 #include <Support/TestImages.h>
 
 #include <QtGui/QAccessible>
@@ -9,6 +10,9 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QHBoxLayout>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +48,8 @@ QImage square(int side, const QColor &color)
 
 } // namespace
 
+Q_DECLARE_METATYPE(std::function<void(kx::Button &)>)
+
 class ButtonTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -68,6 +74,8 @@ private Q_SLOTS:
     void alignsItsTitle();
     void showsTheTitleOfItsState();
     void hintsAtTheSizeOfItsContent();
+    void asksForALayoutOnlyWhenItTakesOtherRoom_data();
+    void asksForALayoutOnlyWhenItTakesOtherRoom();
     void rendersWithoutAFontAtItsLastSize();
     void takesTheFocusByTabAlone();
     void isAButtonToAssistiveTechnology();
@@ -333,6 +341,61 @@ void ButtonTest::hintsAtTheSizeOfItsContent()
     const QSizeF image = m_button->intrinsicContentSize();
     m_button->setTitle(u"Play"_s);
     QVERIFY(m_button->intrinsicContentSize().width() > image.width() + 10);
+}
+
+void ButtonTest::asksForALayoutOnlyWhenItTakesOtherRoom_data()
+{
+    using Change = std::function<void(kx::Button &)>;
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<int>("requests");
+    const auto titled = [](const kx::TextAttributes &attributes) {
+        return Change(
+            [attributes](kx::Button &b) { b.setAttributedTitle(kx::AttributedString(u"Play"_s, attributes)); });
+    };
+    QFont large;
+    large.setPixelSize(40);
+
+    QTest::newRow("an image of the same size") << Change([](kx::Button &b) { b.setImage(square(20, Qt::red)); }) << 0;
+    QTest::newRow("a larger image") << Change([](kx::Button &b) { b.setImage(square(21, Qt::red)); }) << 1;
+    QTest::newRow("no image") << Change([](kx::Button &b) { b.setImage(nullptr); }) << 1;
+    QTest::newRow("an empty image") << Change([](kx::Button &b) {
+        b.setImage(nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        b.setImage(kx::Image::withRepresentations({0, 0}, {}));
+    }) << 2;
+    QTest::newRow("a title in another colour") << titled({.foregroundColor = Qt::red}) << 0;
+    QTest::newRow("a title in another font") << titled({.font = large}) << 1;
+    QTest::newRow("a raised title") << titled({.baselineOffset = 9}) << 1;
+    QTest::newRow("another title") << Change([](kx::Button &b) { b.setTitle(u"Pause"_s); }) << 1;
+    QTest::newRow("the font it has") << Change([](kx::Button &b) { b.setFont(QFont(*b.font())); }) << 0;
+    QTest::newRow("another font") << Change([large](kx::Button &b) { b.setFont(large); }) << 1;
+    QTest::newRow("an attachment that has changed") << Change([](kx::Button &b) {
+        const auto attachment = std::make_shared<kx::TextAttachment>(square(5, Qt::red));
+        b.setAttributedTitle(kx::AttributedString(attachment));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        attachment->setImage(square(30, Qt::red));
+        b.setAttributedTitle(b.attributedTitle());
+    }) << 2;
+}
+
+void ButtonTest::asksForALayoutOnlyWhenItTakesOtherRoom()
+{
+    QFETCH(std::function<void(kx::Button &)>, change);
+    m_button->setImage(square(20, Qt::blue));
+    m_button->setTitle(u"Play"_s);
+    QWidget row(m_window.get());
+    row.resize(m_window->size());
+    auto *const layout = new QHBoxLayout(&row);
+    layout->addWidget(m_button);
+    layout->addStretch();
+    row.show();
+    QTRY_COMPARE(m_button->width(), m_button->sizeHint().width());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+
+    ReceivedEvents requests(row, QEvent::LayoutRequest);
+    change(*m_button);
+    QTEST(requests.taken(), "requests");
+    QCOMPARE(m_button->width(), m_button->sizeHint().width());
 }
 
 void ButtonTest::rendersWithoutAFontAtItsLastSize()
