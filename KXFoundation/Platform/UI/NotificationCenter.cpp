@@ -3,6 +3,7 @@
 
 #include <KXFoundation/Platform/UI/WindowWatch.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace kx {
@@ -46,15 +47,17 @@ void NotificationCenter::addObserver(QObject *observer, Block block, QStringView
 
 void NotificationCenter::removeObserver(const QObject *observer)
 {
+    const auto isOthers = [observer](const std::shared_ptr<Entry> &entry) { return entry->observer != observer; };
+    if (std::all_of(m_entries.cbegin(), m_entries.cend(), isOthers))
+        return;
+    const auto theirs = std::stable_partition(m_entries.begin(), m_entries.end(), isOthers);
     // What the blocks hold dies last: it may come back here.
-    QList<std::shared_ptr<Entry>> entries;
-    entries.swap(m_entries);
-    for (const std::shared_ptr<Entry> &entry : std::as_const(entries)) {
-        if (entry->observer == observer)
-            entry->observer = nullptr;
-        else
-            m_entries.append(entry);
-    }
+    const QList<std::shared_ptr<Entry>> entries(theirs, m_entries.end());
+    m_entries.erase(theirs, m_entries.end());
+    for (const std::shared_ptr<Entry> &entry : entries)
+        entry->observer = nullptr;
+    if (observer != this)
+        disconnect(observer, &QObject::destroyed, this, &NotificationCenter::removeObserver);
 }
 
 void NotificationCenter::postNotificationName(QStringView name, QObject *object)

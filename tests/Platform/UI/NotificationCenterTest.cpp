@@ -33,6 +33,7 @@ private Q_SLOTS:
     void addsNothingWithoutObserverOrBlock();
     void forgetsARemovedObserver();
     void forgetsAnObserverThatIsGone();
+    void forgetsAnObserverThatIsGoneAfterComingBack();
     void letsGoOfTheBlockWithItsObserver();
     void doesNotMistakeANewSenderForAnOldOne();
     void observersMayRemoveEachOtherMeanwhile();
@@ -173,6 +174,27 @@ void NotificationCenterTest::forgetsAnObserverThatIsGone()
     }
     center.postNotificationName(u"a");
     QCOMPARE(heard.size(), 1);
+}
+
+void NotificationCenterTest::forgetsAnObserverThatIsGoneAfterComingBack()
+{
+    kx::NotificationCenter center;
+    Listener other;
+    center.addObserver(&other, &Listener::hear, u"a");
+    auto listener = std::make_unique<Listener>();
+    Heard *const heard = &other.heard;
+    for (int round = 0; round < 2; ++round) {
+        center.addObserver(
+            listener.get(), [heard](const kx::Notification &) { heard->append(u"back"_qs); }, u"a");
+        center.postNotificationName(u"a");
+        QCOMPARE(other.heard, (Heard{u"a"_qs, u"back"_qs}));
+        other.heard.clear();
+        if (round == 0)
+            center.removeObserver(listener.get());
+    }
+    listener.reset();
+    center.postNotificationName(u"a");
+    QCOMPARE(other.heard, Heard{u"a"_qs});
 }
 
 void NotificationCenterTest::letsGoOfTheBlockWithItsObserver()
