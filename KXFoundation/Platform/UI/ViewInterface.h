@@ -250,6 +250,8 @@ private:
     QWidget *const m_widget;
     ViewController *m_controller = nullptr; // set and cleared by the controller
     QList<CountedArea> m_trackingAreas;
+    enum class TrackingUpdate { None, Resized, Entered };
+    TrackingUpdate m_trackingUpdate = TrackingUpdate::None; // that is due: kept by ViewWatch
     QSize m_trackedSize; // that updateTrackingAreas() was last called for, or will be
     QPointer<QWidget> m_window;
     struct Live {

@@ -9,6 +9,7 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <utility>
 
 namespace kx {
@@ -93,17 +94,17 @@ ViewWatch::ViewWatch(QObject &application)
 
 void ViewWatch::updateTrackingAreasOf(ViewInterface &view, bool entered)
 {
-    for (Due &due : m_due) {
-        if (due.widget == view.widget()) {
-            due.entered |= entered;
-            if (entered)
-                postUpdate();
-            return;
-        }
-    }
-    m_due.append({view.widget(), entered});
+    addDue(view, entered ? ViewInterface::TrackingUpdate::Entered : ViewInterface::TrackingUpdate::Resized);
     if (entered)
         postUpdate();
+}
+
+// A view says itself whether it is in the list already: searching would take too long where many views enter a window.
+void ViewWatch::addDue(ViewInterface &view, ViewInterface::TrackingUpdate update)
+{
+    if (view.m_trackingUpdate == ViewInterface::TrackingUpdate::None)
+        m_due.append(view.widget());
+    view.m_trackingUpdate = std::max(view.m_trackingUpdate, update);
 }
 
 bool ViewWatch::eventFilter(QObject *watched, QEvent *event)
@@ -238,13 +239,23 @@ QWidget *ViewWatch::widgetAt(QWindow &window, const QMouseEvent &press)
 
 void ViewWatch::updateTrackingAreas(bool onlyEntered)
 {
-    for (const Due &due : std::exchange(m_due, {})) {
+    using Update = ViewInterface::TrackingUpdate;
+    struct Due {
+        QPointer<QWidget> widget;
+        Update update;
+    };
+    QList<Due> taken; // before the first is updated, which may ask for more
+    for (const QPointer<QWidget> &widget : std::exchange(m_due, {})) {
+        if (ViewInterface *view = widget ? ViewInterface::of(widget) : nullptr)
+            taken.append({widget, std::exchange(view->m_trackingUpdate, Update::None)});
+    }
+    for (const Due &due : std::as_const(taken)) {
         ViewInterface *view = due.widget ? ViewInterface::of(due.widget) : nullptr;
         const QWindow *window = view && view->shownWindow() ? view->shownWindow()->windowHandle() : nullptr;
         if (!window)
             continue;
-        if (onlyEntered && !(due.entered && window->isExposed()))
-            m_due.append(due);
+        if (onlyEntered && !(due.update == Update::Entered && window->isExposed()))
+            addDue(*view, due.update);
         else
             view->updateTrackingAreas();
     }

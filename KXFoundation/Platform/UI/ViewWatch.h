@@ -3,6 +3,7 @@
 
 #include <KXFoundation/Platform/UI/HitTesting.h>
 #include <KXFoundation/Platform/UI/PointerTracker.h>
+#include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <QtCore/QObject>
 
@@ -11,8 +12,6 @@ class QSinglePointEvent;
 class QWindow;
 
 namespace kx {
-
-class ViewInterface;
 
 /// Sees what happens to all widgets before they do, for the sake of the views among them: that they come into a window
 /// or into another place, and where the pointer is. There is one for the application object, which it goes with.
@@ -59,10 +58,6 @@ private:
     private:
         ViewWatch &m_watch;
     };
-    struct Due {
-        QPointer<QWidget> widget;
-        bool entered;
-    };
 
     explicit ViewWatch(QObject &application);
 
@@ -71,6 +66,7 @@ private:
     void tap(QWindow &window);
     bool deliver(QWindow &window, QEvent &event);
     void prepareHitTesting(const Place &place);
+    void addDue(ViewInterface &view, ViewInterface::TrackingUpdate update);
     void updateTrackingAreas(bool onlyEntered);
     void postUpdate();
     void losePress();
@@ -78,7 +74,7 @@ private:
     Tap m_tap;
     PointerTracker m_tracker;
     HitTesting m_hitTesting;
-    QList<Due> m_due;
+    QList<QPointer<QWidget>> m_due; // views with a tracking update ahead, each once
     QPointer<QWidget> m_pressed;
     bool m_updatePosted = false;
 };
