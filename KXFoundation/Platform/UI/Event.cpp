@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/Event.h>
 
+#include <KXFoundation/Platform/UI/MouseCopy.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 
 #include <QtGui/QCursor>
@@ -9,6 +10,8 @@
 namespace kx {
 
 namespace {
+
+quint64 latestNumber = 0;
 
 EventType pressed(Qt::MouseButton button)
 {
@@ -45,7 +48,36 @@ bool isModifier(int key)
     }
 }
 
-EventType typeOf(const QEvent &event)
+// QEvent::clone(); for events of the mouse, which are many, in one piece of memory with what counts its owners.
+std::shared_ptr<const QEvent> copyOf(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove: return std::make_shared<MouseCopy>(static_cast<const QMouseEvent &>(event));
+    default: return std::shared_ptr<const QEvent>(event.clone());
+    }
+}
+
+// QApplication rounds the positions of the mouse events that it hands to widgets, except the one in the window.
+QPointF exactGlobalPosition(const QSinglePointEvent &event)
+{
+    const QPointF global = event.globalPosition();
+    if (global != global.toPoint())
+        return global;
+    return global + event.scenePosition() - event.scenePosition().toPoint();
+}
+
+} // namespace
+
+std::shared_ptr<const QEvent> Event::Original::kept() const
+{
+    const bool onItsWay = m_event && m_event.use_count() == 0;
+    return onItsWay ? copyOf(*m_event) : m_event;
+}
+
+EventType Event::typeOf(const QEvent &event)
 {
     switch (event.type()) {
     case QEvent::MouseButtonPress:
@@ -63,35 +95,38 @@ EventType typeOf(const QEvent &event)
     }
 }
 
-// QApplication rounds the positions of the mouse events that it hands to widgets, except the one in the window.
-QPointF exactGlobalPosition(const QSinglePointEvent &event)
+Event Event::onItsWay(const QEvent &event, QWidget *window, QObject *receiver)
 {
-    const QPointF global = event.globalPosition();
-    if (global != global.toPoint())
-        return global;
-    return global + event.scenePosition() - event.scenePosition().toPoint();
+    return {event, std::shared_ptr<const QEvent>(std::shared_ptr<const QEvent>(), &event), window, receiver};
 }
 
-} // namespace
-
 Event::Event(EventType type, QWidget *window, const QPointF &screenLocation)
-    : m_type(type)
+    : m_number(++latestNumber)
+    , m_type(type)
     , m_window(window)
     , m_screenLocation(screenLocation)
 {
 }
 
 Event::Event(const QEvent &event, QWidget *window, QObject *receiver)
-    : m_type(typeOf(event))
+    : Event(event, copyOf(event), window, receiver)
+{
+}
+
+Event::Event(const QEvent &event, std::shared_ptr<const QEvent> original, QWidget *window, QObject *receiver)
+    : m_number(++latestNumber)
+    , m_type(typeOf(event))
     , m_window(window)
     , m_receiver(receiver)
-    , m_original(event.clone())
+    , m_original(std::move(original))
 {
-    QPointF position = QCursor::pos();
+    QPointF position;
     if (event.isSinglePointEvent()) {
         const auto &single = static_cast<const QSinglePointEvent &>(event);
         position = exactGlobalPosition(single);
         m_buttons = single.buttons();
+    } else {
+        position = QCursor::pos();
     }
     if (event.isInputEvent())
         m_modifiers = static_cast<const QInputEvent &>(event).modifiers();

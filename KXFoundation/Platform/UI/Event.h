@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 class QEvent;
 
@@ -73,12 +74,50 @@ public:
     /// The buttons that are down after the event; none where Qt does not say, as with keys.
     [[nodiscard]] Qt::MouseButtons buttons() const { return m_buttons; }
     [[nodiscard]] Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
-    /// A copy of what Qt sent; null for an event that no device sent.
+    /// What Qt sent, for as long as this lives; null for an event that no device sent.
     [[nodiscard]] const QEvent *qtEvent() const { return m_original.get(); }
     /// Whom Qt sent it to: the window's QWindow, or a widget. Null when nobody said, or when that is gone.
     [[nodiscard]] QObject *receiver() const { return m_receiver; }
+    /// Whether one is a copy of the other: two events that say the same are none.
+    [[nodiscard]] bool isCopyOf(const Event &other) const { return m_number == other.m_number; }
 
 private:
+    friend class PointerTracker;
+    friend class ViewInterface;
+    friend class WindowEvents;
+
+    /// What Qt sent: shared by all copies of an event, or still on its way, and then a copy takes its own.
+    class KX_UI_EXPORT Original {
+    public:
+        explicit Original(std::shared_ptr<const QEvent> event = {})
+            : m_event(std::move(event))
+        {
+        }
+        Original(const Original &other)
+            : m_event(other.kept())
+        {
+        }
+        Original &operator=(const Original &other)
+        {
+            m_event = other.kept();
+            return *this;
+        }
+        ~Original() = default;
+
+        [[nodiscard]] const QEvent *get() const { return m_event.get(); }
+
+    private:
+        [[nodiscard]] std::shared_ptr<const QEvent> kept() const;
+
+        std::shared_ptr<const QEvent> m_event; // without an owner while on its way
+    };
+
+    /// For handlers, while Qt sends the event: spares the copy unless they keep it.
+    [[nodiscard]] static Event onItsWay(const QEvent &event, QWidget *window, QObject *receiver = nullptr);
+    Event(const QEvent &event, std::shared_ptr<const QEvent> original, QWidget *window, QObject *receiver);
+    [[nodiscard]] static EventType typeOf(const QEvent &event);
+
+    quint64 m_number; // the same in all copies
     EventType m_type;
     QPointer<QWidget> m_window;
     QPointer<QObject> m_receiver;
@@ -87,7 +126,7 @@ private:
     int m_clickCount = 0;
     Qt::MouseButtons m_buttons;
     Qt::KeyboardModifiers m_modifiers;
-    std::shared_ptr<const QEvent> m_original;
+    Original m_original;
 };
 
 } // namespace kx

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/EventDelivery.h>
 
 #include <KXFoundation/Platform/UI/Event.h>
+#include <KXFoundation/Platform/UI/MouseCopy.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 
 #include <QtCore/QCoreApplication>
@@ -29,10 +30,24 @@ public:
     }
 };
 
+class MovedMouseEvent : public QMouseEvent {
+public:
+    MovedMouseEvent(const QMouseEvent &event, const QPointF &position, const QPointF &inWindow, const QPointF &global)
+        : QMouseEvent(event.type(), position, inWindow, global, event.button(), event.buttons(), event.modifiers(),
+            event.source(), event.pointingDevice())
+    {
+        setTimestamp(event.timestamp());
+    }
+};
+
+bool isPress(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
+}
+
 bool isMouseEvent(QEvent::Type type)
 {
-    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::MouseButtonDblClick
-        || type == QEvent::MouseMove;
+    return isPress(type) || type == QEvent::MouseButtonRelease || type == QEvent::MouseMove;
 }
 
 bool isNear(const QPointF &a, const QPointF &b)
@@ -50,57 +65,61 @@ QPointF positionIn(QObject &receiver, const QWidget &window, const QPointF &glob
     return static_cast<QWindow &>(receiver).mapFromGlobal(global);
 }
 
-std::unique_ptr<QEvent> mouseEventAt(
-    const QMouseEvent &event, const QPointF &position, const QPointF &inWindow, const QPointF &global)
+// Where an event is on the screen by now: a press goes with its window. (What was sent to a widget knows that only
+// roughly.)
+QPointF presentPosition(const Event &event, const QWidget &window, const QMouseEvent &original)
 {
-    auto moved = std::make_unique<QMouseEvent>(event.type(), position, inWindow, global, event.button(),
-        event.buttons(), event.modifiers(), event.source(), event.pointingDevice());
-    moved->setTimestamp(event.timestamp());
-    return moved;
-}
-
-// What Qt sent, with the positions that it has now: the window may have moved since.
-std::unique_ptr<QEvent> placed(const Event &event, QObject &receiver)
-{
-    const QEvent &original = *event.qtEvent();
-    const QWidget *window = event.window();
-    if (window && isMouseEvent(original.type())) {
-        const auto &mouse = static_cast<const QMouseEvent &>(original);
-        const QPointF global = globalPoint(screenFrame(*window).topLeft() + event.locationInWindow(), window);
-        const QPointF position = positionIn(receiver, *window, global);
-        if (!isNear(global, mouse.globalPosition()) || !isNear(position, mouse.position()))
-            return mouseEventAt(mouse, position, global - window->geometry().topLeft(), global);
-    }
-    return std::unique_ptr<QEvent>(original.clone());
+    if (!isPress(original.type()) && event.receiver()->isWindowType())
+        return original.globalPosition();
+    return globalPoint(screenFrame(window).topLeft() + event.locationInWindow(), &window);
 }
 
 } // namespace
 
 bool EventDelivery::deliver(const Event &event)
 {
-    const QPointer<QObject> receiver = event.receiver();
+    QObject *receiver = event.receiver();
+    const QWidget *window = event.window();
     if (!event.qtEvent() || !receiver)
         return false;
-    const std::unique_ptr<QEvent> copy = placed(event, *receiver);
+    const QEvent &original = *event.qtEvent();
+    if (!window || !isMouseEvent(original.type())) {
+        const std::unique_ptr<QEvent> copy(original.clone());
+        return deliverCopy(event, *copy);
+    }
+    const auto &mouse = static_cast<const QMouseEvent &>(original);
+    const QPointF global = presentPosition(event, *window, mouse);
+    const QPointF position = positionIn(*receiver, *window, global);
+    if (isNear(global, mouse.globalPosition()) && isNear(position, mouse.position())) {
+        MouseCopy copy(mouse);
+        return deliverCopy(event, copy);
+    }
+    MovedMouseEvent moved(mouse, position, global - window->geometry().topLeft(), global);
+    return deliverCopy(event, moved);
+}
+
+bool EventDelivery::deliverCopy(const Event &event, QEvent &copy)
+{
+    QObject *receiver = event.receiver();
     const bool toWindow = receiver->isWindowType();
-    if (toWindow && copy->type() == QEvent::MouseButtonDblClick) {
-        AnnouncingPress press(static_cast<const QMouseEvent &>(*copy));
+    if (toWindow && copy.type() == QEvent::MouseButtonDblClick) {
+        AnnouncingPress press(static_cast<const QMouseEvent &>(copy));
         send(*receiver, press);
-        if (!receiver)
+        if (!event.receiver()) // gone in between
             return true;
     }
 
     const QPointer<QWidget> outer = std::exchange(m_reached, nullptr);
-    const bool accepted = send(*receiver, *copy);
+    const bool accepted = send(*receiver, copy);
     const QPointer<QWidget> reached = std::exchange(m_reached, outer);
     if (!toWindow)
         return accepted;
-    if (copy->type() == QEvent::MouseButtonPress || copy->type() == QEvent::MouseButtonDblClick) {
+    if (isPress(copy.type())) {
         if (reached)
-            m_press = {receiver, reached};
-    } else if (copy->type() == QEvent::MouseButtonRelease) {
+            m_press = {event.receiver(), reached};
+    } else if (copy.type() == QEvent::MouseButtonRelease) {
         if (!reached)
-            return sendReleaseAgain(event, *copy) || accepted;
+            return sendReleaseAgain(event, copy) || accepted;
         m_release = event;
         m_releaseWidget = reached;
         if (!event.buttons())
@@ -152,12 +171,12 @@ bool EventDelivery::send(QObject &receiver, QEvent &event)
 // After the first of two releases Qt knows no widget any more that the second could go to.
 bool EventDelivery::sendReleaseAgain(const Event &event, QEvent &copy)
 {
-    if (!m_releaseWidget || !m_release || m_release->qtEvent() != event.qtEvent())
+    if (!m_releaseWidget || !m_release || !m_release->isCopyOf(event))
         return false;
     const auto &release = static_cast<const QMouseEvent &>(copy);
     const QPointF global = release.globalPosition();
-    const auto mapped = mouseEventAt(release, m_releaseWidget->mapFromGlobal(global), release.scenePosition(), global);
-    return send(*m_releaseWidget, *mapped);
+    MovedMouseEvent mapped(release, m_releaseWidget->mapFromGlobal(global), release.scenePosition(), global);
+    return send(*m_releaseWidget, mapped);
 }
 
 } // namespace kx

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] bool isPassing(const QEvent &event) const { return m_passing.contains(&event); }
     /// Whether an event that reaches a widget now does so because of deliver(), and not by itself.
     [[nodiscard]] bool isDelivering() const;
-    /// To be told of every input event that reaches a widget while isDelivering().
+    /// To be told of every input event but moves that reaches a widget while isDelivering().
     void noteReached(QWidget &widget);
 
     /// Whether a press was delivered and no release after it.
@@ -40,6 +40,7 @@ private:
         QPointer<QWidget> widget; // where Qt took it
     };
 
+    bool deliverCopy(const Event &event, QEvent &copy);
     bool send(QObject &receiver, QEvent &event);
     bool sendReleaseAgain(const Event &event, QEvent &copy);
 

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/HitTesting.h>
 
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/ScreenScale.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <QtCore/QScopedValueRollback>
@@ -24,9 +25,8 @@ bool isSame(const QPointF &a, const QPointF &b)
 ViewInterface *hitAt(const ViewSpot &root)
 {
     ViewInterface &view = *root.view;
-    const QPointF point = view.isFlipped()
-        ? pointerToYUp(root.point, view.bounds().height(), view.widget()->devicePixelRatioF())
-        : root.point;
+    const QPointF point =
+        view.isFlipped() ? pointerToYUp(root.point, view.bounds().height(), pixelRatio(*view.widget())) : root.point;
     return view.hitTest(view.frame().topLeft() + point);
 }
 
@@ -76,6 +76,8 @@ void HitTesting::prepare(QWidget &host, const QPoint &position, const ViewMap::S
 
 void HitTesting::restore()
 {
+    if (m_bypassed.isEmpty()) // as nearly always, and for every event of a widget
+        return;
     for (const QPointer<QWidget> &widget : std::exchange(m_bypassed, {})) {
         if (widget)
             widget->setAttribute(Qt::WA_TransparentForMouseEvents, false);

@@ -45,7 +45,8 @@ Event eventFor(EventType type, const QWidget *view, const QPointF &global)
 
 void PointerTracker::pointerAt(QWidget &window, const QPointF &position, const QSinglePointEvent &event)
 {
-    m_window = &window;
+    if (m_window != &window)
+        m_window = &window;
     m_position = position;
     track(&event);
 }
@@ -66,6 +67,7 @@ void PointerTracker::activityChanged()
 
 void PointerTracker::areaAdded(ViewInterface &view, const TrackingAreaRef &area)
 {
+    m_followsDrags |= has(area, TrackingOption::EnabledDuringMouseDrag);
     if (!m_window || !has(area, TrackingOption::AssumeInside) || view.widget()->window() != m_window)
         return;
     for (const ViewSpot &spot : m_views.viewsAt(*m_window, m_position)) {
@@ -90,6 +92,11 @@ void PointerTracker::track(const QSinglePointEvent *event)
     ++m_round;
     // An "enter" event does not know of buttons.
     const bool dragging = event && event->type() != QEvent::Enter ? event->buttons() : QGuiApplication::mouseButtons();
+    if (dragging && !m_followsDrags) {
+        m_cursor.settle();
+        m_cursor.renew();
+        return;
+    }
     const QPointF global = event ? event->globalPosition() : QPointF(QCursor::pos());
     const QList<Entry> present = areasUnderPointer();
 
@@ -108,7 +115,7 @@ void PointerTracker::track(const QSinglePointEvent *event)
         return;
     for (const Entry &entry : present) {
         if (entry.widget && m_inside.contains(entry) && has(entry.area, TrackingOption::MouseMoved)
-            && !tell(entry, Event(*event, entry.widget->window())))
+            && !tell(entry, Event::onItsWay(*event, entry.widget->window())))
             return;
     }
 }

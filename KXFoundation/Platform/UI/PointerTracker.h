@@ -57,6 +57,7 @@ private:
     [[nodiscard]] bool tell(const Entry &entry, Event event);
 
     ViewMap m_views;
+    bool m_followsDrags = false; // there was an area that takes part in them
     HoverCursor m_cursor;
     QPointer<QWidget> m_window; // that the pointer is in; null for none
     QPointF m_position; // in it, from the top left

@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
 
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/ScreenScale.h>
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
@@ -23,7 +24,7 @@ double primaryBottom()
 QPointF screenPoint(const QPointF &globalPosition, const QWidget *window)
 {
     const QScreen *primary = QGuiApplication::primaryScreen();
-    const double ratio = window ? window->devicePixelRatio() : primary ? primary->devicePixelRatio() : 1;
+    const double ratio = window ? pixelRatio(*window) : primary ? primary->devicePixelRatio() : 1;
     return pointerToYUp(globalPosition, primaryBottom(), ratio);
 }
 

@@ -3,10 +3,18 @@
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
+#include <QtGui/QWindow>
+#include <QtWidgets/QWidget>
 
 #include <algorithm>
 
 namespace kx {
+
+double pixelRatio(const QWidget &widget)
+{
+    const QWindow *window = widget.window()->windowHandle();
+    return window && window->handle() ? window->devicePixelRatio() : widget.devicePixelRatioF();
+}
 
 double largestScreenScale()
 {

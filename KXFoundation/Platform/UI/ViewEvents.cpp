@@ -21,9 +21,9 @@ bool ViewInterface::routeEvent(QEvent &event)
         const bool byMouse = static_cast<QContextMenuEvent &>(event).reason() == QContextMenuEvent::Mouse;
         return m_rightPressSwallowed && byMouse;
     }
-    Event wrapped(event, m_widget->window());
+    const EventType type = Event::typeOf(event);
     Handler handler = nullptr;
-    switch (wrapped.type()) {
+    switch (type) {
     case EventType::LeftMouseDown: handler = &ViewInterface::mouseDown; break;
     case EventType::LeftMouseUp: handler = &ViewInterface::mouseUp; break;
     case EventType::LeftMouseDragged: handler = &ViewInterface::mouseDragged; break;
@@ -38,23 +38,24 @@ bool ViewInterface::routeEvent(QEvent &event)
     case EventType::KeyUp: handler = &ViewInterface::keyUp; break;
     default: return false;
     }
-    const QPointer<QWidget> alive(m_widget);
-    if (wrapped.type() == EventType::LeftMouseDown)
+    Event wrapped = Event::onItsWay(event, m_widget->window());
+    if (type == EventType::LeftMouseDown) {
+        const QPointer<QWidget> alive(m_widget);
         takeFocusByClick();
-    if (!alive)
-        return true;
-    if (wrapped.type() == EventType::LeftMouseDown)
+        if (!alive)
+            return true;
         ViewWatch::instance().setPressed(m_widget);
-    else if (wrapped.type() == EventType::LeftMouseUp)
+    } else if (type == EventType::LeftMouseUp) {
         ViewWatch::instance().setPressed(nullptr);
-    Live live{&event};
-    Live *outer = std::exchange(m_live, &live);
+    }
+    Live live{&event, m_live};
+    m_live = &live;
     event.accept();
     (this->*handler)(&wrapped);
-    if (!alive)
+    if (live.viewIsGone)
         return true;
-    m_live = outer;
-    if (wrapped.type() == EventType::RightMouseDown)
+    m_live = live.outer;
+    if (type == EventType::RightMouseDown)
         m_rightPressSwallowed = !live.handedToBase;
     return true;
 }

@@ -8,6 +8,7 @@
 #include <KXFoundation/Platform/UI/Layer.h>
 #include <KXFoundation/Platform/UI/LayerShadow.h>
 #include <KXFoundation/Platform/UI/ScreenGeometry.h>
+#include <KXFoundation/Platform/UI/ScreenScale.h>
 #include <KXFoundation/Platform/UI/ViewController.h>
 #include <KXFoundation/Platform/UI/ViewWatch.h>
 
@@ -53,6 +54,8 @@ ViewInterface::ViewInterface(QWidget &widget)
 
 ViewInterface::~ViewInterface()
 {
+    for (Live *live = m_live; live; live = live->outer)
+        live->viewIsGone = true;
     theViews().remove(m_widget);
     delete m_shadow.data();
     if (m_controller)
@@ -199,7 +202,7 @@ QPointF ViewInterface::pointFromSuperview(const QPointF &point) const
     const QPointF inside = point - area.topLeft();
     if ((above && above->isFlipped()) == isFlipped())
         return inside;
-    return pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF());
+    return pointerToYUp(inside, area.height(), pixelRatio(*m_widget));
 }
 
 bool ViewInterface::isFlipped() const
@@ -223,7 +226,7 @@ QPointF ViewInterface::locationInView(const Event &event) const
 {
     const QRectF area = convertRectToView(bounds());
     const QPointF inside = event.locationInWindow() - area.topLeft();
-    return isFlipped() ? pointerToYUp(inside, area.height(), m_widget->devicePixelRatioF()) : inside;
+    return isFlipped() ? pointerToYUp(inside, area.height(), pixelRatio(*m_widget)) : inside;
 }
 
 QRectF ViewInterface::convertRectToView(const QRectF &rect, const ViewInterface *view) const

@@ -256,9 +256,11 @@ private:
     QPointer<QWidget> m_window;
     struct Live {
         QEvent *event;
+        Live *outer;
         bool handedToBase = false;
+        bool viewIsGone = false;
     };
-    Live *m_live = nullptr; // the event that is being routed
+    Live *m_live = nullptr; // the event that is being routed, and those around it
     bool m_rightPressSwallowed = false;
     std::unique_ptr<Layer> m_layer;
     QPointer<LayerShadow> m_shadow; // its parent's

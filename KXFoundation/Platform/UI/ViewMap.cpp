@@ -2,6 +2,7 @@
 #include <KXFoundation/Platform/UI/ViewMap.h>
 
 #include <KXFoundation/Platform/UI/Geometry.h>
+#include <KXFoundation/Platform/UI/ScreenScale.h>
 #include <KXFoundation/Platform/UI/ViewInterface.h>
 
 #include <cmath>
@@ -29,7 +30,7 @@ const ViewMap::Spots &ViewMap::viewsAt(QWidget &window, const QPointF &position)
 void ViewMap::findViews(QWidget &window, const QPointF &position)
 {
     m_spots.clear();
-    const double ratio = window.devicePixelRatioF();
+    const double ratio = pixelRatio(window);
     const QPointF point = pointerToYUp(position, m_size.height(), ratio);
     if (!pointInRect(point, window.rect()))
         return;

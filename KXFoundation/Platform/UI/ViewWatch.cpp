@@ -194,18 +194,22 @@ bool ViewWatch::Tap::eventFilter(QObject *watched, QEvent *event)
 
 bool ViewWatch::deliver(QWindow &window, QEvent &event)
 {
-    const QPointer<QWindow> alive(&window);
-    updateTrackingAreas(false);
-    const QPointer<QWidget> host(alive ? QWidget::find(window.winId()) : nullptr);
+    if (!m_due.isEmpty()) {
+        const QPointer<QWindow> alive(&window);
+        updateTrackingAreas(false);
+        if (!alive)
+            return true;
+    }
+    const QPointer<QWidget> host(QWidget::find(window.winId()));
     if (!host)
-        return !alive;
+        return false;
     const auto *pointer = event.isSinglePointEvent() ? static_cast<QSinglePointEvent *>(&event) : nullptr;
     if (pointer && looksForWidget(*pointer))
         prepareHitTesting(Place(*host, *pointer));
     QObject &receiver = window; // through the base class, where this function is public
     receiver.event(&event);
     m_hitTesting.restore();
-    if (!alive || !host)
+    if (!host || host->windowHandle() != &window) // one of them is gone
         return true;
     if (pointer) {
         const Place place(*host, *pointer);

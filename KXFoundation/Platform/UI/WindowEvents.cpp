@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/WindowEvents.h>
 
+#include <KXFoundation/Platform/UI/MouseCopy.h>
 #include <KXFoundation/Platform/UI/Window.h>
 
 #include <QtGui/QMouseEvent>
@@ -46,20 +47,10 @@ QWidget *topLevelOf(const QObject &receiver)
     return receiver.isWindowType() ? topLevelOf(static_cast<const QWindow &>(receiver)) : nullptr;
 }
 
-/// Reads what Qt keeps to itself of a press: whether the double click that it belongs to follows at once.
-class PressProbe : public QMouseEvent {
-public:
-    explicit PressProbe(const QMouseEvent &event)
-        : QMouseEvent(event)
-    {
-    }
-    [[nodiscard]] bool announcesDoubleClick() const { return m_doubleClick; }
-};
-
 bool announcesDoubleClick(const QEvent &event)
 {
     return event.type() == QEvent::MouseButtonPress
-        && PressProbe(static_cast<const QMouseEvent &>(event)).announcesDoubleClick();
+        && MouseCopy(static_cast<const QMouseEvent &>(event)).announcesDoubleClick();
 }
 
 bool isRelease(EventType type)
@@ -157,57 +148,57 @@ bool WindowEvents::eventFilter(QObject *watched, QEvent *event)
         return false;
     default: break;
     }
-    if (!isInput(event->type()))
+    if (!isInput(event->type()) || m_delivery.isPassing(*event))
         return false;
-    if (!isTaken(*watched, *event)) {
-        if (watched->isWidgetType() && m_delivery.isDelivering())
+    if (watched->isWidgetType() && m_delivery.isDelivering()) { // because of an event of its QWindow
+        if (event->type() != QEvent::MouseMove)
             m_delivery.noteReached(static_cast<QWidget &>(*watched));
         return false;
     }
-    handle(*watched, *event);
+    QWidget *window = topLevelOf(*watched);
+    if (!isTaken(*watched, window))
+        return false;
+    handle(*watched, *event, window);
     return true;
 }
 
-bool WindowEvents::isTaken(const QObject &watched, const QEvent &event) const
+bool WindowEvents::isTaken(const QObject &watched, const QWidget *window) const
 {
-    if (m_delivery.isPassing(event))
-        return false;
-    if (watched.isWidgetType()) {
-        // Everything that Qt sends to a widget because of an event of its QWindow arrives within a delivery.
-        return !m_delivery.isDelivering() && qobject_cast<Window *>(topLevelOf(watched));
-    }
+    if (watched.isWidgetType())
+        return qobject_cast<const Window *>(window);
     if (!watched.isWindowType())
         return false;
     if (m_held.isWaiting())
         return true;
-    const QWidget *window = topLevelOf(watched);
     const QWidget *popup = QApplication::activePopupWidget();
     if (popup && popup != window)
         return false;
     return isHolding() || qobject_cast<const Window *>(window);
 }
 
-void WindowEvents::handle(QObject &watched, QEvent &event)
+void WindowEvents::handle(QObject &watched, QEvent &event, QWidget *window)
 {
     event.accept();
     if (announcesDoubleClick(event))
         return; // comes again with the double click
-    Event taken(event, topLevelOf(watched), &watched);
+    Event taken = Event::onItsWay(event, window, &watched);
     if (isHolding()) {
-        m_held.add(std::move(taken));
+        m_held.add(taken);
         return;
     }
-    const QPointer<QObject> alive(&watched);
-    drain(); // what came before
-    if (!alive || !theEvents)
-        return;
+    if (!m_held.isEmpty()) { // what came before
+        const QPointer<QObject> alive(&watched);
+        drain();
+        if (!alive || !theEvents)
+            return;
+    }
     if (isHolding()) // a handler of that waits now, in a loop around this one
-        m_held.add(std::move(taken));
-    else
-        event.setAccepted(dispatch(std::move(taken)));
+        m_held.add(taken);
+    else if (!dispatch(taken))
+        event.setAccepted(false);
 }
 
-bool WindowEvents::dispatch(Event event)
+bool WindowEvents::dispatch(Event &event)
 {
     auto *window = qobject_cast<Window *>(event.window());
     if (!window)
@@ -261,7 +252,7 @@ void WindowEvents::drain()
     while (!m_held.isEmpty() && !isHolding()) {
         Event event = m_held.takeFirst();
         postDrain();
-        dispatch(std::move(event));
+        dispatch(event);
         if (!theEvents)
             return;
     }

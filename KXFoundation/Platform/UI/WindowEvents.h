@@ -51,10 +51,10 @@ private:
 
     explicit WindowEvents(QObject &application);
 
-    [[nodiscard]] bool isTaken(const QObject &watched, const QEvent &event) const;
-    void handle(QObject &watched, QEvent &event);
+    [[nodiscard]] bool isTaken(const QObject &watched, const QWidget *window) const;
+    void handle(QObject &watched, QEvent &event, QWidget *window);
     /// Answers whether somebody accepted it.
-    bool dispatch(Event event);
+    bool dispatch(Event &event);
     void endWaiting(const QWidget *window);
     [[nodiscard]] bool isHolding() const;
     void postDrain();

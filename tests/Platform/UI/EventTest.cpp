@@ -326,6 +326,9 @@ void EventTest::copiesAreEqual()
     QCOMPARE(copy.screenLocation(), event.screenLocation());
     QCOMPARE(copy.clickCount(), 1);
     QCOMPARE(copy.qtEvent(), event.qtEvent());
+    QVERIFY(copy.isCopyOf(event));
+    const kx::Event same(*event.qtEvent(), m_window.get());
+    QVERIFY(!same.isCopyOf(event));
 }
 
 QTEST_MAIN(EventTest)

@@ -165,6 +165,7 @@ private Q_SLOTS:
     void takesTheFocusByClickIfItAccepts();
     void followsItsFocusPolicyOtherwise();
     void movesTheWindowUnlessItIsOpaque();
+    void aKeptEventOutlivesItsHandler();
     void locatesEventsWithinItsBounds();
 
 private:
@@ -462,6 +463,39 @@ void ViewEventsTest::movesTheWindowUnlessItIsOpaque()
     QVERIFY(m_view->mouseDownCanMoveWindow());
     m_view->setAttribute(Qt::WA_OpaquePaintEvent);
     QVERIFY(!m_view->mouseDownCanMoveWindow());
+}
+
+void ViewEventsTest::aKeptEventOutlivesItsHandler()
+{
+    class Keeper : public kx::View {
+    public:
+        using kx::View::View;
+        void mouseDown(kx::Event *event) override
+        {
+            live = event->qtEvent();
+            copied.emplace(*event);
+            assigned = *event;
+            moved.emplace(std::move(*event));
+        }
+        const QEvent *live = nullptr;
+        std::optional<kx::Event> copied;
+        kx::Event assigned{kx::EventType::Other, nullptr, QPointF()};
+        std::optional<kx::Event> moved;
+    };
+    auto *keeper = new Keeper(m_beneath);
+    keeper->setGeometry(200, 10, 50, 50);
+    keeper->show();
+    Pointer pointer(*keeper);
+    pointer.click(QPointF(20, 20));
+    QVERIFY(keeper->live);
+    for (const kx::Event *event : {&*keeper->copied, &keeper->assigned, &*keeper->moved}) {
+        QVERIFY(event->qtEvent() != keeper->live);
+        QCOMPARE(event->qtEvent()->type(), QEvent::MouseButtonPress);
+        QCOMPARE(static_cast<const QMouseEvent *>(event->qtEvent())->position(), QPointF(20, 20));
+        QVERIFY(event->isCopyOf(*keeper->copied));
+        const kx::Event again = *event;
+        QCOMPARE(again.qtEvent(), event->qtEvent());
+    }
 }
 
 void ViewEventsTest::locatesEventsWithinItsBounds()
