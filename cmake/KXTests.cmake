@@ -49,12 +49,17 @@ function(kx_starts_web_engine test)
         "ASAN_OPTIONS=new_delete_type_mismatch=0:detect_stack_use_after_return=1")
 endfunction()
 
-# kx_add_x11_test(Name): the same executable once more, on an X server of its own with a window manager.
+# kx_add_x11_test(Name [COMMAND ...]): the same executable once more, or the command, on an X server of its own with a
+# window manager.
 function(kx_add_x11_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "COMMAND")
+    if(NOT arg_COMMAND)
+        set(arg_COMMAND $<TARGET_FILE:${name}>)
+    endif()
     find_program(KX_XVFB Xvfb REQUIRED)
     find_program(KX_OPENBOX openbox REQUIRED)
     add_test(NAME ${name}X11 COMMAND "${PROJECT_SOURCE_DIR}/tests/Support/under_x11.sh"
-        "${KX_XVFB}" "${KX_OPENBOX}" $<TARGET_FILE:${name}>)
+        "${KX_XVFB}" "${KX_OPENBOX}" ${arg_COMMAND})
     set_tests_properties(${name}X11 PROPERTIES TIMEOUT 300 LABELS x11)
 endfunction()
 

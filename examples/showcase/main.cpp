@@ -26,11 +26,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The directory that the player shares with the daemon: logs, and the clips unless another folder is given.
-QDir groupFolder()
+// What the player shares with the daemon lies in one directory: the logs, and here the clips as well.
+const QString group = u"example.kxfoundation"_s;
+
+QString defaultFolder()
 {
-    KXUtil::setApplicationGroup(u"example.kxfoundation"_s);
-    return QDir(KXUtil::logBaseDirPath() + u"/.."_s);
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + group + u"/Clips"_s;
 }
 
 } // namespace
@@ -52,32 +53,33 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addPositionalArgument(
         u"folder"_s, u"Where the videos are; one that is empty is given some."_s, u"[folder]"_s);
-    const QCommandLineOption headless(u"headless"_s,
-        u"Show nothing; play a script of input events, print each check, exit non-zero if one failed."_s);
+    const QCommandLineOption script(
+        u"script"_s, u"Play a script of input events, print each check, exit non-zero if one failed."_s);
+    const QCommandLineOption headless(u"headless"_s, u"The same without showing anything."_s);
     const QCommandLineOption pictures(u"pictures"_s,
-        u"Where the script saves its pictures (headless); build/showcase by default."_s, u"folder"_s,
-        u"build/showcase"_s);
-    parser.addOptions({headless, pictures});
+        u"Where the script saves its pictures; build/showcase by default."_s, u"folder"_s, u"build/showcase"_s);
+    parser.addOptions({script, headless, pictures});
     parser.process(application);
+    const bool isScripted = parser.isSet(script) || parser.isSet(headless);
 
     // The script leaves nothing behind in the user's directories.
     const QTemporaryDir temporary;
-    if (parser.isSet(headless))
+    if (isScripted)
         qputenv("XDG_DATA_HOME", QFile::encodeName(temporary.path()));
     KXActionItem::setDecodePassLimit(8); // the URLs come from pages
-    const QDir group = groupFolder();
+    KXUtil::setApplicationGroup(group);
     KXLogger::sharedLogger().setLogBaseDirectory(KXUtil::mainLogDirPath());
     look::apply();
 
-    ClipFolder folder(parser.positionalArguments().value(0, group.filePath(u"Clips"_s)));
+    ClipFolder folder(parser.positionalArguments().value(0, defaultFolder()));
     const PageServer server(folder);
     PlayerWindow window(folder);
     PlayerActions::registerFor(window);
     window.page().open();
     folder.open();
     window.show();
-    const int result = parser.isSet(headless) ? (Script(window, folder, QDir(parser.value(pictures))).play() ? 0 : 1)
-                                              : QApplication::exec();
+    const int result =
+        isScripted ? (Script(window, folder, QDir(parser.value(pictures))).play() ? 0 : 1) : QApplication::exec();
     KXLogger::sharedLogger().save();
     return result;
 }

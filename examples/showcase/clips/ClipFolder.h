@@ -11,6 +11,8 @@
 class ClipFolder : public QObject {
     Q_OBJECT
 public:
+    enum class State { Looking, MakingSamples, Complete };
+
     explicit ClipFolder(const QDir &folder, QObject *parent = nullptr);
 
     /// Looks for videos; answers with changed(), again with each sample.
@@ -20,17 +22,17 @@ public:
     [[nodiscard]] const QList<Clip> &clips() const { return m_clips; }
     /// A null clip for an id that there is not.
     [[nodiscard]] Clip clip(int id) const;
-    /// Whether samples are being made.
-    [[nodiscard]] bool isFilling() const { return m_filling; }
+    [[nodiscard]] State state() const { return m_state; }
 
 Q_SIGNALS:
     void changed();
 
 private:
     void find();
+    void take(const QList<Clip> &found);
     void fill();
 
     QDir m_folder;
     QList<Clip> m_clips;
-    bool m_filling = false;
+    State m_state = State::Looking;
 };

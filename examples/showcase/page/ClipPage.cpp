@@ -35,7 +35,7 @@ void ClipPage::open()
 
 void ClipPage::showClips()
 {
-    invokeH5(u"showClips"_s, clipList());
+    invokeH5(u"showClips"_s, QJsonObject{{u"clips"_s, clipList()}, {u"status"_s, status()}});
 }
 
 void ClipPage::showPlaying(int clipId, bool playing)
@@ -51,6 +51,12 @@ void ClipPage::showTag(const QString &tag)
     invokeH5(u"showTag"_s, QJsonObject{{u"tag"_s, tag}});
 }
 
+void ClipPage::findNext(int clipId, const std::function<void(int)> &found)
+{
+    invokeH5Once(u"nextClip"_s, QJsonObject{{u"id"_s, clipId}},
+        [found](const QJsonValue &answer) { found(answer[u"id"].toInt()); });
+}
+
 void ClipPage::showPosition(double fraction)
 {
     if (m_watcher)
@@ -61,7 +67,7 @@ void ClipPage::registerNativeMethods()
 {
     using Answer = KXWebViewJSBridge::Completion;
     jsBridge()->registerMethod(u"open"_s, [this](const QJsonValue &, const Answer &answer) {
-        answer(QJsonObject{{u"clips"_s, clipList()}, {u"folder"_s, m_folder.path()}, {u"id"_s, m_clipId},
+        answer(QJsonObject{{u"clips"_s, clipList()}, {u"status"_s, status()}, {u"id"_s, m_clipId},
             {u"playing"_s, m_playing}, {u"tag"_s, m_tag}});
     });
     jsBridge()->registerMethod(
@@ -69,6 +75,18 @@ void ClipPage::registerNativeMethods()
     // Answered many times: the page's callback stays, because the call is not a one-shot.
     jsBridge()->registerMethod(
         u"watchPosition"_s, [this](const QJsonValue &, const Answer &answer) { m_watcher = answer; });
+}
+
+QString ClipPage::status() const
+{
+    if (!m_folder.clips().isEmpty())
+        return u""_s;
+    switch (m_folder.state()) {
+    case ClipFolder::State::Looking: return tr("Looking for clips…");
+    case ClipFolder::State::MakingSamples: return tr("Making some clips…");
+    case ClipFolder::State::Complete: break;
+    }
+    return tr("There are no videos in %1.").arg(m_folder.path());
 }
 
 QJsonArray ClipPage::clipList() const

@@ -21,6 +21,8 @@ public:
     void showPlaying(int clipId, bool playing);
     /// The clips with this tag, or all for an empty one.
     void showTag(const QString &tag);
+    /// Asks the page for the clip below this one; `found` is called once it answers, with 0 when nothing is listed.
+    void findNext(int clipId, const std::function<void(int)> &found);
     /// Goes to everyone who asked for it by "watchPosition".
     void showPosition(double fraction);
 
@@ -30,6 +32,7 @@ Q_SIGNALS:
 private:
     void registerNativeMethods();
     [[nodiscard]] QJsonArray clipList() const;
+    [[nodiscard]] QString status() const;
 
     const ClipFolder &m_folder;
     int m_clipId = 0;

@@ -72,15 +72,20 @@ void PageServer::answerPoster(const kx::URLSchemeTaskPtr &task, int clipId)
 {
     const Clip clip = m_folder.clip(clipId);
     const QString poster = m_posters.filePath(u"%1.jpg"_s.arg(clipId));
-    if (clip.isNull() || QFile::exists(poster))
+    const bool isBeingMade = m_waiting.contains(clipId);
+    if (clip.isNull() || (!isBeingMade && QFile::exists(poster)))
         return answerFile(task, poster);
     // The page waits; should it go meanwhile, the answer goes nowhere.
+    m_waiting[clipId].append(task);
+    if (isBeingMade)
+        return;
     auto *run = new FfmpegRun({u"-ss"_s, QString::number(clip.seconds / 3), u"-i"_s, clip.path, u"-frames:v"_s, u"1"_s,
                                   u"-vf"_s, u"scale=256:-2"_s, u"-q:v"_s, u"3"_s, poster},
         this);
-    connect(run, &FfmpegRun::ended, this, [task, run, poster] {
+    connect(run, &FfmpegRun::ended, this, [this, run, clipId, poster] {
         run->deleteLater();
-        answerFile(task, poster);
+        for (const kx::URLSchemeTaskPtr &waiting : m_waiting.take(clipId))
+            answerFile(waiting, poster);
     });
     run->start();
 }

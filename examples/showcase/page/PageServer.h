@@ -3,6 +3,8 @@
 
 #include <KXFoundation/Platform/Web/URLSchemeTask.h>
 
+#include <QtCore/QHash>
+#include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QUrl>
@@ -29,4 +31,5 @@ private:
 
     const ClipFolder &m_folder;
     QTemporaryDir m_posters;
+    QHash<int, QList<kx::URLSchemeTaskPtr>> m_waiting; // for the posters that are being made
 };

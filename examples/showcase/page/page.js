@@ -43,12 +43,14 @@
         return current.playing ? 'Playing' : 'Paused';
     }
 
+    function isListed(clip) { return tag === '' || clip.tags.includes(tag); }
+
     // Items stay while their clip does, so that posters do not flicker and the keyboard stays where it is.
     function show() {
         var list = byId('clips');
         clips.forEach(function (clip) {
             var item = list.querySelector('[data-id="' + clip.id + '"]') || list.appendChild(itemOf(clip));
-            item.hidden = tag !== '' && !clip.tags.includes(tag);
+            item.hidden = !isListed(clip);
             item.classList.toggle('current', clip.id === current.id);
             item.querySelector('.note').textContent = note(clip);
         });
@@ -64,16 +66,22 @@
 
     // What the player calls.
     function registerPageMethods(bridge) {
-        bridge.registerMethod('showClips', function (newClips) {
-            clips = newClips;
-            byId('status').textContent = clips.length === 0 ? byId('status').textContent : '';
+        bridge.registerMethod('showClips', function (list) {
+            clips = list.clips;
+            byId('status').textContent = list.status;
             show();
         });
-        bridge.registerMethod('showPlaying', function (newCurrent, answer) {
+        bridge.registerMethod('showPlaying', function (newCurrent) {
             current = newCurrent;
             document.querySelectorAll('.progress').forEach(function (progress) { progress.style.transform = ''; });
             show();
-            answer({marked: document.querySelectorAll('li.current').length});
+        });
+        // The one below in the list as it is filtered; below the last one comes the first.
+        bridge.registerMethod('nextClip', function (clip, answer) {
+            var listed = clips.filter(isListed);
+            var here = listed.findIndex(function (other) { return other.id === clip.id; });
+            var next = listed[(here + 1) % listed.length];
+            answer({id: next ? next.id : 0});
         });
         bridge.registerMethod('showTag', function (chosen) {
             tag = chosen.tag;
@@ -89,7 +97,7 @@
             clips = state.clips;
             current = {id: state.id, playing: state.playing};
             tag = state.tag;
-            byId('status').textContent = clips.length === 0 ? 'Making some clips in ' + state.folder + ' …' : '';
+            byId('status').textContent = state.status;
             show();
             bridge.invokeNative('watchPosition', {}, showPosition);
             bridge.invokeNative('common_HN_loadCompleted');

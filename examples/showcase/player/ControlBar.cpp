@@ -14,6 +14,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int barPadding = 14; // left and right
+
+} // namespace
+
 ControlBar::ControlBar(QWidget *parent)
     : PNBaseView(parent)
     , m_bar(new PNProgressIndicator)
@@ -31,7 +37,7 @@ ControlBar::ControlBar(QWidget *parent)
     showTime();
 
     auto *row = new QHBoxLayout;
-    row->setContentsMargins(barInset, 0, barInset, 10);
+    row->setContentsMargins(barPadding, 0, barPadding, 10);
     row->setSpacing(14);
     row->addWidget(m_play);
     row->addWidget(m_time, 0, Qt::AlignVCenter);
@@ -51,6 +57,7 @@ QWidget *ControlBar::makeBar()
 {
     m_bar->setNormalHeight(32); // 4 for the bar itself
     m_bar->setHoverHeight(36);
+    m_bar->setHorizontalPadding(barPadding);
     m_bar->setRounded(true);
     m_bar->setPlayedStartColor(look::accentDark);
     m_bar->setPlayedEndColor(look::accent);
@@ -64,11 +71,12 @@ QWidget *ControlBar::makeBar()
     auto *layout = new QVBoxLayout(holder);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_bar);
-    auto *inset = new QWidget;
-    auto *margins = new QVBoxLayout(inset);
-    margins->setContentsMargins(barInset, 0, barInset, 0);
-    margins->addWidget(holder);
-    return inset;
+    return holder;
+}
+
+double ControlBar::barX(double fraction) const
+{
+    return barPadding + fraction * (m_bar->width() - 2 * barPadding);
 }
 
 void ControlBar::makeButtons()

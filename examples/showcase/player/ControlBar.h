@@ -14,8 +14,6 @@ class PNTextColorButton;
 class ControlBar : public PNBaseView {
     Q_OBJECT
 public:
-    static constexpr int barInset = 14; ///< Left and right of the playback bar.
-
     explicit ControlBar(QWidget *parent = nullptr);
 
     [[nodiscard]] PNProgressIndicator &bar() const { return *m_bar; }
@@ -23,6 +21,9 @@ public:
     [[nodiscard]] PNButton &playButton() const { return *m_play; }
     [[nodiscard]] PNButton &muteButton() const { return *m_mute; }
     [[nodiscard]] PNTextColorButton &highlightsButton() const { return *m_highlights; }
+
+    /// Where this part of the way is on the playback bar, from its left.
+    [[nodiscard]] double barX(double fraction) const;
 
     void setDuration(double seconds);
     void setPosition(double seconds);

@@ -72,8 +72,10 @@ void Highlights::clipDidEnd(qint32 index)
 
 void Highlights::forgetWhenPlayedAgain(double position)
 {
-    if (m_ended >= 0 && position < m_ends.value(m_ended) - 2)
-        m_announced = m_ended = -1;
+    for (int *told : {&m_announced, &m_ended}) {
+        if (*told >= 0 && position < m_ends.value(*told) - 2)
+            *told = -1;
+    }
 }
 
 void Highlights::goTo(qsizetype index)

@@ -58,9 +58,8 @@ void Stage::joinControls()
     connect(&m_highlights, &Highlights::onChanged, m_controls, &ControlBar::setHighlightsOn);
     connect(m_controls, &ControlBar::hovered, this, [this](double fraction) {
         const PNProgressIndicator &bar = m_controls->bar();
-        const double x = ControlBar::barInset + fraction * bar.width();
-        const double y = m_controls->frame().height() + 4;
-        m_hoverPreview->showAt(x, y, m_previews.frameAt(fraction), fraction * bar.maxValue());
+        m_hoverPreview->showAt(m_controls->barX(fraction), m_controls->frame().height() + 4,
+            m_previews.frameAt(fraction), fraction * bar.maxValue());
     });
     connect(m_controls, &ControlBar::hoverEnded, m_hoverPreview, &QWidget::hide);
 }

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "../clips/ClipFolder.h"
 #include "../page/ClipPage.h"
+#include "../player/ControlBar.h"
 #include "../player/Stage.h"
 #include "../window/PlayerWindow.h"
 #include "Script.h"
 
+#include <KXFoundation/CustomComponent/PNProgressIndicator.h>
 #include <KXFoundation/CustomComponent/WebView/WKWebView/KXWebView.h>
 
 #include <QtCore/QJsonObject>
@@ -47,7 +49,11 @@ void Script::clipsAreMade()
 {
     m_check.that(
         u"the empty folder is given clips"_s,
-        [this] { return m_folder.isFilling() ? u"making"_s : QString::number(m_folder.clips().size()); }, u"3"_s);
+        [this]() -> QString {
+            const bool isComplete = m_folder.state() == ClipFolder::State::Complete;
+            return QString::number(m_folder.clips().size()) + (isComplete ? u" in all"_s : u" so far"_s);
+        },
+        u"3 in all"_s);
     m_check.that(
         u"the page lists them with their posters"_s, [this] { return QString::number(ask(posters).toInt()); }, u"3"_s);
     m_check.that(
@@ -82,6 +88,10 @@ void Script::linkPlaysTheNext()
         u"the page marks that one"_s, [this] { return ask(current).toString(); }, u"Colour drift"_s);
     m_check.that(u"its frames arrive"_s, [this] { return m_stage.player().position() > 0.5; });
     m_check.picture(u"next"_s);
+    m_hand.drag(m_stage.controls().bar(), onBar(0.5), onBar(0.98));
+    m_check.that(
+        u"at its end follows the one below it in the list"_s, [this] { return m_folder.clip(m_window.clipId()).title; },
+        u"Game of life"_s);
 }
 
 void Script::unknownActionIsRefused()
@@ -100,5 +110,5 @@ void Script::pageComesBackAfterACrash()
     m_check.that(u"the page's process dies"_s,
         [&] { return m_window.page().wkWebView()->page().rendererProcessId() != renderer; });
     m_check.that(
-        u"and the page is back, as it was"_s, [this] { return ask(current).toString(); }, u"Colour drift"_s);
+        u"and the page is back, as it was"_s, [this] { return ask(current).toString(); }, u"Game of life"_s);
 }

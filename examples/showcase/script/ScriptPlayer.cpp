@@ -30,7 +30,7 @@ bool isNear(double position, double seconds)
 QPoint Script::onBar(double fraction) const
 {
     const PNProgressIndicator &bar = m_stage.controls().bar();
-    return {int(bar.width() * fraction), bar.height() - 16};
+    return {int(m_stage.controls().barX(fraction)), bar.height() - 16};
 }
 
 void Script::playingPauses()

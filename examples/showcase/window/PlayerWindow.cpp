@@ -97,6 +97,7 @@ void PlayerWindow::joinParts()
         if (player.duration() > 0)
             m_page->showPosition(position / player.duration());
     });
+    connect(&player, &Player::reachedEnd, this, &PlayerWindow::playNext);
     connect(&player, &Player::failed, this, &PlayerWindow::notice);
     const Highlights &highlights = m_stage->highlights();
     connect(&highlights, &Highlights::willEnd, this,
@@ -120,7 +121,7 @@ void PlayerWindow::play(int clipId)
 
 void PlayerWindow::playNext()
 {
-    play(m_folder.clip(m_clipId + 1).isNull() ? 1 : m_clipId + 1);
+    m_page->findNext(m_clipId, [this](int id) { play(id); });
 }
 
 void PlayerWindow::showTag(const QString &tag)

@@ -19,6 +19,7 @@ public:
 
     /// Does nothing for an id that there is not.
     void play(int clipId);
+    /// The next one that the page lists; also happens at a clip's end.
     void playNext();
     /// Shows the clips with this tag, or all for an empty one.
     void showTag(const QString &tag);
