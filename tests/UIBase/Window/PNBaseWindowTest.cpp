@@ -2,6 +2,7 @@
 #include "BaseWindowFixture.h"
 #include "Support/WindowWarnings.h"
 
+#include <KXFoundation/Platform/UI/ScreenGeometry.h>
 #include <KXFoundation/Platform/UI/View.h>
 
 #include <QtTest/QSignalSpy>
@@ -312,18 +313,23 @@ void PNBaseWindowTest::leavesTheButtonCornerAlone()
 
 void PNBaseWindowTest::theButtonCornerIsThatOfTheEventsWindow()
 {
-    makeAllMovable(*m_window);
     const auto taken = [this](QWidget *window, const QPointF &location) {
         m_window->taken = 0;
-        const QPointF onScreen = window ? kx::Event(kx::EventType::Other, window, {}).screenLocation() : location;
-        kx::Event press(kx::EventType::LeftMouseDown, window, onScreen);
+        const QPointF origin = window ? kx::screenFrame(*window).topLeft() : QPointF();
+        kx::Event press(kx::EventType::LeftMouseDown, window, origin + location);
         m_window->sendEvent(&press);
         return m_window->taken;
     };
+    m_window->setIgnoreDragRect(false);
+    m_window->updateMoveIncludeRect({QRectF(0, -100, 400, 700)});
+    QCOMPARE(taken(m_window.get(), QPointF(10, 290)), 0);
+    QCOMPARE(taken(m_window.get(), QPointF(10, 490)), 1);
+    QWidget higher;
+    higher.setGeometry(50, 60, 300, 500);
+    QCOMPARE(taken(&higher, QPointF(10, 290)), 1);
+    QCOMPARE(taken(&higher, QPointF(10, 490)), 0);
     // Without a window, the corner is the one below the origin.
     QCOMPARE(taken(nullptr, QPointF(10, 290)), 1);
-    QCOMPARE(taken(nullptr, QPointF(10, 10)), 1);
-    m_window->updateMoveIncludeRect({QRectF(0, -100, 400, 400)});
     QCOMPARE(taken(nullptr, QPointF(10, -10)), 0);
     QCOMPARE(taken(nullptr, QPointF(10, -36)), 1);
 }
