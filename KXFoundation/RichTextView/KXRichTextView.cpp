@@ -171,9 +171,14 @@ void KXRichTextView::drawRect(QPainter &painter, const QRectF &dirtyRect)
     if (m_backgroundColor)
         painter.fillRect(dirtyRect, m_backgroundColor.toQColor());
     drawBody(painter, *m_body, palette().color(QPalette::Highlight), dirtyRect);
-    if (hasFocus() && isAtLink())
-        drawFocusFrames(painter, *this, m_body->rectsOf(m_body->items.at(m_body->currentLink).range()));
     painter.restore();
+    if (m_body->keyboardFocus.isShown(*this) && isAtLink())
+        drawFocusRings(painter, *this, m_body->rectsOf(m_body->items.at(m_body->currentLink).range()));
+}
+
+bool KXRichTextView::event(QEvent *event)
+{
+    return m_body->keyboardFocus.refuses(*this, *event) || kx::View::event(event);
 }
 
 void KXRichTextView::changeEvent(QEvent *event)
@@ -206,6 +211,7 @@ bool KXRichTextView::focusNextPrevChild(bool next)
     const qsizetype link = hasFocus() && m_userInteraction ? m_body->linkBeside(m_body->currentLink, next) : -1;
     if (link < 0)
         return kx::View::focusNextPrevChild(next);
+    m_body->keyboardFocus.wasMovedWithin();
     setCurrentLink(link);
     return true;
 }

@@ -97,6 +97,7 @@ Q_SIGNALS:
 
 protected:
     void drawRect(QPainter &painter, const QRectF &dirtyRect) override;
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;

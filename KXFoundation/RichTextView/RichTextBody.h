@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/LayoutManager.h>
 #include <KXFoundation/Platform/UI/TextContainer.h>
 #include <KXFoundation/Platform/UI/TextStorage.h>
@@ -22,6 +23,7 @@ public:
     kx::TextRange selection; ///< chosen by assistive technology
     int caret = 0; ///< where assistive technology reads, in characters of the text
     qsizetype currentLink = -1; ///< the index of the item that the keyboard has reached
+    kx::KeyboardFocus keyboardFocus;
 
     /// The part of the text that lies in it.
     [[nodiscard]] QString textIn(const kx::TextRange &range) const;

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/RichTextView/RichTextPainting.h>
 
+#include <KXFoundation/Platform/UI/KeyboardFocus.h>
 #include <KXFoundation/Platform/UI/PaintableRect.h>
 #include <KXFoundation/RichTextView/RichTextBody.h>
 
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
-#include <QtGui/QPalette>
-#include <QtWidgets/QStyle>
-#include <QtWidgets/QStyleOption>
 #include <QtWidgets/QWidget>
 
 #include <utility>
@@ -50,14 +48,14 @@ void drawBody(QPainter &painter, RichTextBody &body, const QColor &selectionColo
     layoutManager.drawGlyphsForGlyphRange(painter, glyphs, QPointF(body.insets.left(), body.insets.top()), dirtyRect);
 }
 
-void drawFocusFrames(QPainter &painter, const QWidget &widget, const QList<QRectF> &rects)
+void drawFocusRings(QPainter &painter, const QWidget &widget, const QList<QRectF> &rects)
 {
-    QStyleOptionFocusRect option;
-    option.initFrom(&widget);
-    option.state |= QStyle::State_KeyboardFocusChange;
+    // Around the letters rather than on them, and around those of the line alone.
+    constexpr QMargins ring(3, 1, 3, 1);
     for (const QRectF &rect : rects) {
-        option.rect = kx::pixelsAround(rect).value_or(QRect());
-        if (!option.rect.isEmpty())
-            widget.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, &widget);
+        const std::optional<QRect> line = kx::pixelsAround(rect);
+        const QRect area = line ? line->marginsAdded(ring) & widget.rect() : QRect();
+        if (!area.isEmpty())
+            kx::drawFocusRing(painter, widget.palette(), QRectF(area));
     }
 }

@@ -19,5 +19,5 @@ void clipToRoundCorner(QPainter &painter, const QSizeF &size);
 /// painter's pen where it has none.
 void drawBody(QPainter &painter, RichTextBody &body, const QColor &selectionColor, const QRectF &dirtyRect);
 
-/// The style's frames for what the keyboard has reached.
-void drawFocusFrames(QPainter &painter, const QWidget &widget, const QList<QRectF> &rects);
+/// The rings around the lines of what the keyboard has reached, as far as the widget goes.
+void drawFocusRings(QPainter &painter, const QWidget &widget, const QList<QRectF> &rects);

@@ -72,6 +72,10 @@ void TextPage::addKXRichTextViews()
     addText(u"links"_s, textView({run(u"By "_s), link(u"Ann"_s), run(u" and "_s), link(u"Ben"_s)}));
     KXRichTextView *view = textView({run(u"By "_s), link(u"Ann"_s), run(u" and "_s), link(u"Ben"_s)});
     addText(u"link reached by Tab"_s, view, [view] { view->setFocus(Qt::TabFocusReason); });
+    view = textView(
+        {run(u"By many people,\namong them "_s), link(u"Ann Example\nand Ben Sample"_s), run(u"\nand others"_s)});
+    view->setInsets({3, 1, 3, 1}); // room for the ring
+    addText(u"link on two lines reached by Tab"_s, view, [view] { view->setFocus(Qt::TabFocusReason); });
     const auto image = std::make_shared<KXAttributedString>(
         kx::AttributedString(std::make_shared<kx::TextAttachment>(icons::heart(red))));
     addText(u"image"_s, textView({image, run(u" 1,024 likes"_s)}));

@@ -5,8 +5,6 @@
 #include <QtGui/QImage>
 #include <QtGui/QWindow>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QProxyStyle>
-#include <QtWidgets/QStyleOption>
 
 #include <limits>
 
@@ -31,9 +29,12 @@ private Q_SLOTS:
     void followingMayDeleteTheView();
     void followsNothingWithoutInteraction();
     void passesLinksByWithoutInteraction();
-    void framesEachLineOfTheLink();
-    void framesNothingThatLiesNowhere_data();
-    void framesNothingThatLiesNowhere();
+    void showsNoFocusThatTheApplicationGave();
+    void ringsEachLineOfTheLink();
+    void ringsALinkAsFarAsTheViewGoes();
+    void ringsALinkBesideARoundCorner();
+    void ringsNothingThatLiesNowhere_data();
+    void ringsNothingThatLiesNowhere();
 
 private:
     void show(const KXRichTextView::Runs &runs);
@@ -221,43 +222,117 @@ void KXRichTextViewKeyboardTest::passesLinksByWithoutInteraction()
     QVERIFY(!view().hasFocus());
 }
 
+void KXRichTextViewKeyboardTest::showsNoFocusThatTheApplicationGave()
+{
+    show({linkRun(u"One"_qs, m_clicked), linkRun(u" two"_qs, m_clicked)});
+    const QImage without = view().grab().toImage();
+    view().setFocus();
+    QVERIFY(view().hasFocus());
+    QCOMPARE(view().grab().toImage(), without);
+    press(Qt::Key_Tab); // to the second link
+    QVERIFY(view().hasFocus());
+    QVERIFY(view().grab().toImage() != without);
+}
+
 namespace {
 
-/// Notes where it draws focus frames.
-class FrameStyle : public QProxyStyle {
-public:
-    mutable QList<QRect> frames;
+const QColor ringColour(0, 160, 0);
 
-    void drawPrimitive(
-        PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const override
+/// Where the view shows the ring's colour, in whole logical pixels.
+class RingPicture {
+public:
+    explicit RingPicture(QWidget &view)
     {
-        if (element == PE_FrameFocusRect)
-            frames.append(option->rect);
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        QPalette palette = view.palette();
+        palette.setColor(QPalette::Highlight, ringColour);
+        view.setPalette(palette);
+        m_picture = view.grab().toImage();
+        m_rect = view.rect();
     }
+
+    /// The columns where a row shows it first and last.
+    [[nodiscard]] std::pair<int, int> inRow(int y) const
+    {
+        return ends(m_rect.width(), [&](int x) { return isRing(x, y); });
+    }
+    /// The rows where a column shows it first and last.
+    [[nodiscard]] std::pair<int, int> inColumn(int x) const
+    {
+        return ends(m_rect.height(), [&](int y) { return isRing(x, y); });
+    }
+    [[nodiscard]] bool isEmpty() const
+    {
+        for (int y = 0; y < m_rect.height(); ++y) {
+            if (inRow(y).first >= 0)
+                return false;
+        }
+        return true;
+    }
+
+private:
+    [[nodiscard]] bool isRing(int x, int y) const
+    {
+        const QPointF middle = QPointF(x + 0.5, y + 0.5) * m_picture.devicePixelRatio();
+        return m_picture.pixelColor(int(middle.x()), int(middle.y())) == ringColour;
+    }
+    template <class Is> static std::pair<int, int> ends(int count, Is is)
+    {
+        std::pair<int, int> ends(-1, -1);
+        for (int i = 0; i < count; ++i) {
+            if (is(i))
+                ends = {ends.first < 0 ? i : ends.first, i};
+        }
+        return ends;
+    }
+
+    QImage m_picture;
+    QRect m_rect;
 };
 
 } // namespace
 
-void KXRichTextViewKeyboardTest::framesEachLineOfTheLink()
+void KXRichTextViewKeyboardTest::ringsEachLineOfTheLink()
 {
     show({plainRun(u"One "_qs), linkRun(u"two\nthree"_qs, m_clicked)});
     view().setInsets({10, 5, 0, 0});
-    FrameStyle style;
-    view().setStyle(&style);
     press(Qt::Key_Tab);
-    style.frames.clear();
-    view().grab();
-    QCOMPARE(style.frames.size(), 2);
+    const RingPicture ring(view());
     const int height = int(lineHeight());
-    const QRect first = style.frames.at(0);
-    QVERIFY(qAbs(first.left() - 10 - advance(u"One "_qs)) <= 1 && qAbs(first.width() - advance(u"two"_qs)) <= 2);
-    QVERIFY(first.top() == 5 && first.height() == height);
-    QCOMPARE(style.frames.at(1).topLeft(), QPoint(10, 5 + height));
-    QVERIFY(qAbs(style.frames.at(1).width() - advance(u"three"_qs)) <= 2);
+    const double start = 10 + advance(u"One "_qs);
+    const double end = 10 + advance(u"One two"_qs);
+    const auto [left, right] = ring.inRow(5 + height / 2); // around the letters, not on them
+    QVERIFY(left < start && left >= start - 4);
+    QVERIFY(right >= end && right <= end + 3);
+    QCOMPARE(ring.inColumn(int(end) - 4).first, 4);
+    const auto [secondLeft, secondRight] = ring.inRow(5 + height + height / 2);
+    QCOMPARE(secondLeft, 10 - 3);
+    QVERIFY(secondRight >= 10 + advance(u"three"_qs) && secondRight <= 13 + advance(u"three"_qs));
+    QCOMPARE(ring.inColumn(20).second, 5 + 2 * height);
+    QCOMPARE(ring.inColumn(20).first, 5 + height - 1); // not around the plain run above
 }
 
-void KXRichTextViewKeyboardTest::framesNothingThatLiesNowhere_data()
+void KXRichTextViewKeyboardTest::ringsALinkAsFarAsTheViewGoes()
+{
+    show({linkRun(u"One"_qs, m_clicked)});
+    view().resize(20, 12);
+    press(Qt::Key_Tab);
+    const RingPicture ring(view());
+    QCOMPARE(ring.inRow(6), std::pair(0, 19));
+    QCOMPARE(ring.inColumn(10), std::pair(0, 11));
+}
+
+void KXRichTextViewKeyboardTest::ringsALinkBesideARoundCorner()
+{
+    show({linkRun(u"One"_qs, m_clicked)});
+    view().setUseRoundCorner(true);
+    view().resize(int(advance(u"One"_qs)), int(lineHeight()));
+    press(Qt::Key_Tab);
+    const RingPicture ring(view());
+    const int right = view().width() - 1;
+    QCOMPARE(ring.inColumn(right).first, 4); // the ring's own corner is smaller than the view's
+}
+
+void KXRichTextViewKeyboardTest::ringsNothingThatLiesNowhere_data()
 {
     QTest::addColumn<QMarginsF>("insets");
     QTest::newRow("no number") << QMarginsF(std::numeric_limits<double>::quiet_NaN(), 0, 0, 0);
@@ -266,16 +341,14 @@ void KXRichTextViewKeyboardTest::framesNothingThatLiesNowhere_data()
     QTest::newRow("beyond every integer upwards") << QMarginsF(0, -1e300, 0, 0);
 }
 
-void KXRichTextViewKeyboardTest::framesNothingThatLiesNowhere()
+void KXRichTextViewKeyboardTest::ringsNothingThatLiesNowhere()
 {
     QFETCH(QMarginsF, insets);
     show({linkRun(u"One"_qs, m_clicked)});
-    view().setInsets(insets);
-    FrameStyle style;
-    view().setStyle(&style);
     press(Qt::Key_Tab);
-    view().grab();
-    QVERIFY(style.frames.isEmpty());
+    QVERIFY(!RingPicture(view()).isEmpty());
+    view().setInsets(insets);
+    QVERIFY(RingPicture(view()).isEmpty());
 }
 
 QTEST_MAIN(KXRichTextViewKeyboardTest)

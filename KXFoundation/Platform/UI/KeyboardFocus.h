@@ -18,6 +18,8 @@ public:
     /// To be called with each event of the control before anything else sees it. True for one that nothing else is to
     /// see: a focus that was given up at once.
     [[nodiscard]] bool refuses(QWidget &control, const QEvent &event);
+    /// To be called when a key has moved the focus from one part of the control to another.
+    void wasMovedWithin() { m_byKeyboard = true; }
     /// Whether the control has the focus and the keyboard brought it.
     [[nodiscard]] bool isShown(const QWidget &control) const;
 

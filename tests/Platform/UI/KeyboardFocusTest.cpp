@@ -2,6 +2,9 @@
 #include "Support/EveryControl.h"
 #include "Support/WindowWarnings.h"
 
+#include <KXFoundation/RichTextView/KXAttributedString.h>
+#include <KXFoundation/RichTextView/KXRichTextView.h>
+
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -37,6 +40,23 @@ QImage picture(QWidget &widget)
     return widget.grab().toImage();
 }
 
+// As large as its link and the ring around that.
+QWidget *textWithLink(QWidget &parent)
+{
+    const auto link = std::make_shared<KXAttributedString>(u"Similar"_s);
+    link->setOnClick([](const std::shared_ptr<KXAttributedString> &) {});
+    auto *text = new KXRichTextView(&parent);
+    text->setInsets({3, 1, 3, 1});
+    text->setKXAttributedStrings({link});
+    text->setGeometry({QPoint(20, 20), text->sizeHint()});
+    return text;
+}
+
+QList<Control> everyFocusable()
+{
+    return kx::test::everyFocusableControl() + QList<Control>{{"KXRichTextView", textWithLink}};
+}
+
 } // namespace
 
 class KeyboardFocusTest : public QObject {
@@ -48,15 +68,15 @@ private Q_SLOTS:
     void showsTheFocusThatTheKeyboardBrings();
     void showsNoOtherFocus_data();
     void showsNoOtherFocus();
-    void isReachedByTab_data() { kx::test::addRows(kx::test::everyFocusableControl()); }
+    void isReachedByTab_data() { kx::test::addRows(everyFocusable()); }
     void isReachedByTab();
-    void isNotReachedByAWindowThatBecomesActive_data() { kx::test::addRows(kx::test::everyFocusableControl()); }
+    void isNotReachedByAWindowThatBecomesActive_data() { kx::test::addRows(everyFocusable()); }
     void isNotReachedByAWindowThatBecomesActive();
-    void keepsTheChoiceOfTheApplication_data() { kx::test::addRows(kx::test::everyFocusableControl()); }
+    void keepsTheChoiceOfTheApplication_data() { kx::test::addRows(everyFocusable()); }
     void keepsTheChoiceOfTheApplication();
-    void comesBackWithItsWindow_data() { kx::test::addRows(kx::test::everyFocusableControl()); }
+    void comesBackWithItsWindow_data() { kx::test::addRows(everyFocusable()); }
     void comesBackWithItsWindow();
-    void doesNotRememberALostFocus_data() { kx::test::addRows(kx::test::everyFocusableControl()); }
+    void doesNotRememberALostFocus_data() { kx::test::addRows(everyFocusable()); }
     void doesNotRememberALostFocus();
     void staysUnderAMenu();
     void isTwoPixelsWide();
@@ -99,7 +119,7 @@ void KeyboardFocusTest::showsTheFocusThatTheKeyboardBrings_data()
 {
     QTest::addColumn<Control>("control");
     QTest::addColumn<Qt::FocusReason>("reason");
-    for (const Control &control : kx::test::everyFocusableControl()) {
+    for (const Control &control : everyFocusable()) {
         QTest::addRow("%s, Tab", control.name) << control << Qt::TabFocusReason;
         QTest::addRow("%s, Backtab", control.name) << control << Qt::BacktabFocusReason;
         QTest::addRow("%s, shortcut", control.name) << control << Qt::ShortcutFocusReason;
@@ -130,7 +150,7 @@ void KeyboardFocusTest::showsNoOtherFocus_data()
 {
     QTest::addColumn<Control>("control");
     QTest::addColumn<Qt::FocusReason>("reason");
-    for (const Control &control : kx::test::everyFocusableControl()) {
+    for (const Control &control : everyFocusable()) {
         QTest::addRow("%s, mouse", control.name) << control << Qt::MouseFocusReason;
         QTest::addRow("%s, application", control.name) << control << Qt::OtherFocusReason;
     }
@@ -228,7 +248,7 @@ void KeyboardFocusTest::doesNotRememberALostFocus()
 
 void KeyboardFocusTest::staysUnderAMenu()
 {
-    QWidget *const widget = add(kx::test::everyFocusableControl().first());
+    QWidget *const widget = add(everyFocusable().first());
     showActive();
     widget->setFocus(Qt::TabFocusReason);
     const QImage focused = picture(*widget);
