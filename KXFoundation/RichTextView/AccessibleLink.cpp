@@ -90,7 +90,7 @@ QStringList AccessibleLink::keyBindingsForAction(const QString &) const
 
 QString AccessibleLink::anchor() const
 {
-    return isValid() ? AccessibleRichText::spoken(m_body.textIn(m_body.items.at(m_index).range())) : QString();
+    return isValid() ? m_body.spokenIn(m_body.items.at(m_index).range()) : QString();
 }
 
 QString AccessibleLink::anchorTarget() const

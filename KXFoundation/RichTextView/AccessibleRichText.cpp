@@ -103,11 +103,6 @@ QRect AccessibleRichText::onScreen(const KXRichTextView &view, const QRectF &rec
     return kx::pixelsAround(rect.translated(view.mapToGlobal(QPointF(0, 0)))).value_or(QRect());
 }
 
-QString AccessibleRichText::spoken(QString text)
-{
-    return text.remove(kx::attachmentCharacter);
-}
-
 KXRichTextView &AccessibleRichText::view() const
 {
     return static_cast<KXRichTextView &>(*widget());
@@ -116,11 +111,6 @@ KXRichTextView &AccessibleRichText::view() const
 RichTextBody &AccessibleRichText::body() const
 {
     return *view().m_body;
-}
-
-QString AccessibleRichText::shownText() const
-{
-    return body().textStorage.attributedString().string();
 }
 
 void *AccessibleRichText::interface_cast(QAccessible::InterfaceType type)
@@ -132,7 +122,7 @@ void *AccessibleRichText::interface_cast(QAccessible::InterfaceType type)
 QString AccessibleRichText::text(QAccessible::Text kind) const
 {
     const QString own = QAccessibleWidget::text(kind);
-    return kind == QAccessible::Name && own.isEmpty() ? spoken(shownText()) : own;
+    return kind == QAccessible::Name && own.isEmpty() ? body().spokenIn({0, quint64(characterCount())}) : own;
 }
 
 QAccessible::State AccessibleRichText::state() const

@@ -28,8 +28,6 @@ public:
     static void focus(KXRichTextView &view, qsizetype index);
     /// A rectangle of the view in Qt's global coordinates; null where it has no place.
     [[nodiscard]] static QRect onScreen(const KXRichTextView &view, const QRectF &rect);
-    /// Without the characters that stand for images.
-    [[nodiscard]] static QString spoken(QString text);
 
     void *interface_cast(QAccessible::InterfaceType type) override;
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
@@ -58,7 +56,6 @@ private:
 
     [[nodiscard]] KXRichTextView &view() const;
     [[nodiscard]] RichTextBody &body() const;
-    [[nodiscard]] QString shownText() const;
     const QList<QAccessible::Id> &links() const;
     [[nodiscard]] QAccessibleInterface *currentLink() const;
 

@@ -10,6 +10,16 @@ QString RichTextBody::textIn(const kx::TextRange &range) const
                                          : QString();
 }
 
+QString RichTextBody::spokenIn(const kx::TextRange &range) const
+{
+    QString spoken;
+    const auto add = [&](const kx::TextAttachmentRef &attachment, const kx::TextRange &part) {
+        spoken += textIn(part).replace(kx::attachmentCharacter, attachment ? attachment->description() : QString());
+    };
+    textStorage.attributedString().enumerateAttribute(&kx::TextAttributes::attachment, range, add);
+    return spoken;
+}
+
 QRectF RichTextBody::rectOf(const _KXAttributedItem &item)
 {
     return layoutManager.boundingRectForGlyphRange(item.range()).translated(insets.left(), insets.top());

@@ -27,6 +27,8 @@ public:
 
     /// The part of the text that lies in it.
     [[nodiscard]] QString textIn(const kx::TextRange &range) const;
+    /// The same as it is read aloud: descriptions in the places of images.
+    [[nodiscard]] QString spokenIn(const kx::TextRange &range) const;
     /// Around all characters of an item.
     [[nodiscard]] QRectF rectOf(const _KXAttributedItem &item);
     /// The parts of a range, line by line.

@@ -21,6 +21,7 @@ private Q_SLOTS:
 
     void isATextThatCanBeSelected();
     void takesTheHostsNameFirst();
+    void readsImagesByTheirDescription();
     void readsItsText();
     void givesPlacesOfCharacters();
     void givesAttributesOfCharacters();
@@ -100,6 +101,22 @@ void AccessibleRichTextTest::takesTheHostsNameFirst()
     show({plainRun(u"One"_qs)});
     view().setAccessibleName(u"Rating"_qs);
     QCOMPARE(accessible().text(QAccessible::Name), u"Rating"_qs);
+}
+
+void AccessibleRichTextTest::readsImagesByTheirDescription()
+{
+    const auto attachment = std::make_shared<kx::TextAttachment>();
+    const auto image = std::make_shared<KXAttributedString>(kx::AttributedString(attachment));
+    image->setOnClick([](const Run &) {});
+    show({plainRun(u"One "_qs), image, linkRun(u" two"_qs, m_clicked)});
+    const auto nameOfLink = [&](int index) { return accessible().child(index)->text(QAccessible::Name); };
+    QCOMPARE(nameOfLink(0), QString());
+    attachment->setDescription(u"Heart"_qs);
+    QCOMPARE(nameOfLink(0), u"Heart"_qs);
+    QCOMPARE(nameOfLink(1), u" two"_qs);
+    QCOMPARE(accessible().text(QAccessible::Name), u"One Heart two"_qs);
+    QCOMPARE(text().characterCount(), 9); // where the image stands is still one character
+    QCOMPARE(text().text(4, 5), QString(kx::attachmentCharacter));
 }
 
 void AccessibleRichTextTest::readsItsText()

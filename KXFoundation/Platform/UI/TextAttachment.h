@@ -6,6 +6,7 @@
 
 #include <QtCore/QChar>
 #include <QtCore/QRectF>
+#include <QtCore/QString>
 
 #include <memory>
 
@@ -30,6 +31,11 @@ public:
     [[nodiscard]] QRectF bounds() const { return m_bounds; }
     void setBounds(const QRectF &bounds) { m_bounds = bounds; }
 
+    /// What the image shows, in words: read by assistive technology, and the name of a link of this image alone. Empty
+    /// at first, for an image that is not read.
+    [[nodiscard]] QString description() const { return m_description; }
+    void setDescription(const QString &description) { m_description = description; }
+
     /// The place that the image takes: bounds() or what stands for them. What is no size is taken as 0.
     [[nodiscard]] QRectF place() const;
 
@@ -38,6 +44,7 @@ private:
     Image m_wrapper; // the image that stands in for m_wrapped
     Image m_wrapped;
     QRectF m_bounds;
+    QString m_description;
 };
 
 using TextAttachmentRef = std::shared_ptr<TextAttachment>;
