@@ -19,6 +19,12 @@ PNButton::PNButton(const QRectF &frame, QWidget *parent)
 {
     setFrame(frame);
     updateImage();
+    // Space, click() and assistive technology; the mouse presses by mouseDown() and mouseUp().
+    connect(this, &QAbstractButton::pressed, this, &PNButton::showPressed);
+    connect(this, &QAbstractButton::released, this, [this] {
+        if (m_pressedImage)
+            updateImage();
+    });
 }
 
 PNButton::~PNButton() = default;
@@ -167,8 +173,7 @@ kx::ViewInterface *PNButton::hitTest(const QPointF &point)
 void PNButton::mouseDown(kx::Event *)
 {
     m_mouseDown = true;
-    if (m_pressedImage)
-        setImage(m_pressedImage);
+    showPressed();
 }
 
 // Deliberate: neither the place of the release counts nor whether the button is still enabled.
@@ -241,11 +246,17 @@ void PNButton::setHovered(bool hovered)
     kx::ControlStyle::tellHover(*this, m_hoverStateListener, hovered, &PNButton::hoverStateChanged);
 }
 
+void PNButton::showPressed()
+{
+    if (m_pressedImage)
+        setImage(m_pressedImage);
+}
+
 // Leaves an image alone that came from elsewhere, such as a form, unless there is another to show.
 void PNButton::setLook(kx::Image &field, const kx::Image &image)
 {
     const kx::Image old = lookOfState();
     field = image;
-    if (!m_mouseDown && lookOfState() != old)
+    if (!m_mouseDown && !isDown() && lookOfState() != old)
         updateImage();
 }

@@ -51,7 +51,7 @@ public:
     /// Made on first use by tinting the normal image, unless set; kept then, also when that one changes.
     [[nodiscard]] kx::Image hoverImage();
     void setHoverImage(const kx::Image &image);
-    /// Shown while the button is pressed, selected or not; absent for no change.
+    /// Shown while the button is pressed, by the mouse or the space bar, selected or not; absent for no change.
     [[nodiscard]] kx::Image pressedImage() const { return m_pressedImage; }
     void setPressedImage(const kx::Image &image) { m_pressedImage = image; }
     [[nodiscard]] kx::Image selectedNormalImage() const { return m_selectedNormalImage; }
@@ -126,6 +126,7 @@ private:
     void setHovered(bool hovered);
     [[nodiscard]] kx::Image lookOfState();
     void showToolTip();
+    void showPressed();
     void setLook(kx::Image &field, const kx::Image &image);
 
     kx::Image m_normalImage;

@@ -67,6 +67,10 @@ private Q_SLOTS:
     void changesNothingInAModalWindowOfItsOwn();
     void setsTheCursor();
     void performsItsActionByKey();
+    void showsThePressedImageWhileTheSpaceBarIsDown();
+    void looksReleasedWhenTheFocusLeavesAHeldSpaceBar();
+    void keepsTheImageOfAFormWhenPressedByKey();
+    void looksPressedWhileAssistiveTechnologyPresses();
     void mayBeDeletedByItsListenerAndItsAction_data();
     void mayBeDeletedByItsListenerAndItsAction();
     void keepsTheImageOfAFormWhateverElseIsSet();
@@ -556,6 +560,55 @@ void PNButtonTest::performsItsActionByKey()
     QAccessible::queryAccessibleInterface(m_button)->actionInterface()->doAction(
         QAccessibleActionInterface::pressAction());
     QTRY_COMPARE(clicked.count(), 2);
+}
+
+void PNButtonTest::showsThePressedImageWhileTheSpaceBarIsDown()
+{
+    m_button->setPressedImage(m_pressed);
+    m_button->setSelectedNormalImage(m_selected);
+    QTest::keyPress(m_button, Qt::Key_Space);
+    QVERIFY(m_button->image() == m_pressed);
+    m_button->setNormalImage(m_hover);
+    QVERIFY(m_button->image() == m_pressed);
+    QTest::keyRelease(m_button, Qt::Key_Space);
+    QVERIFY(m_button->image() == m_hover);
+
+    m_button->setSelected(true);
+    QTest::keyPress(m_button, Qt::Key_Space);
+    QVERIFY(m_button->image() == m_pressed);
+    QTest::keyRelease(m_button, Qt::Key_Space);
+    QVERIFY(m_button->image() == m_selected);
+}
+
+void PNButtonTest::looksReleasedWhenTheFocusLeavesAHeldSpaceBar()
+{
+    QSignalSpy clicked(m_button, &QAbstractButton::clicked);
+    m_button->setPressedImage(m_pressed);
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    m_button->setFocus(Qt::TabFocusReason);
+    QTest::keyPress(m_button, Qt::Key_Space);
+    QVERIFY(m_button->image() == m_pressed);
+    m_button->clearFocus();
+    QVERIFY(m_button->image() == m_normal);
+    QTest::keyRelease(m_button, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 0);
+}
+
+void PNButtonTest::keepsTheImageOfAFormWhenPressedByKey()
+{
+    PNButton button(m_window.get());
+    button.setImage(m_hover);
+    QTest::keyClick(&button, Qt::Key_Space);
+    QVERIFY(button.image() == m_hover);
+}
+
+void PNButtonTest::looksPressedWhileAssistiveTechnologyPresses()
+{
+    m_button->setPressedImage(m_pressed);
+    QAccessible::queryAccessibleInterface(m_button)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    QVERIFY(m_button->image() == m_pressed);
+    QTRY_VERIFY(m_button->image() == m_normal);
 }
 
 void PNButtonTest::mayBeDeletedByItsListenerAndItsAction_data()
