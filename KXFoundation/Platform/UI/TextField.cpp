@@ -37,11 +37,7 @@ QAccessibleInterface *accessibleTextField(const QString &, QObject *object)
 TextField::TextField(QWidget *parent)
     : View(parent)
 {
-    static const bool once = [] {
-        QAccessible::installFactory(accessibleTextField);
-        return true;
-    }();
-    static_cast<void>(once);
+    QAccessible::installFactory(accessibleTextField); // once, however often it is called
     setCell(nullptr);
 }
 
