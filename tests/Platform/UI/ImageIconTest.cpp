@@ -68,8 +68,8 @@ void ImageIconTest::noneIsANullIcon()
 {
     QVERIFY(kx::iconFromImage(nullptr).isNull());
     QVERIFY(kx::iconFromImage(kx::Image::withRepresentations(QSizeF(), {})).isNull()); // nothing to draw either
-    QVERIFY(!kx::imageFromIcon(QIcon()));
-    QVERIFY(!kx::imageFromIcon(QIcon(QPixmap())));
+    QVERIFY(!kx::Image(QIcon()));
+    QVERIFY(!kx::Image(QIcon(QPixmap())));
 }
 
 void ImageIconTest::anIconHasTheImageAtOnePixelPerPoint()
@@ -121,7 +121,7 @@ void ImageIconTest::anImageIsOfTheSmallestSize()
     QIcon icon;
     for (const QSize &size : sizes)
         icon.addPixmap(plainPixmap(size, QColor(size.width(), 0, 0)));
-    const kx::Image image = kx::imageFromIcon(icon);
+    const kx::Image image(icon);
     QCOMPARE(image.size(), QSizeF(16, 12));
     QCOMPARE(image.representations().size(), sizes.size());
     QCOMPARE(image.toQImage(1).pixelColor(3, 3), QColor(16, 0, 0));
@@ -131,7 +131,7 @@ void ImageIconTest::anImageHasEverySizeForItsScreens()
 {
     QIcon icon(plainPixmap({16, 12}, Qt::red));
     icon.addPixmap(plainPixmap({32, 24}, Qt::blue));
-    const kx::Image image = kx::imageFromIcon(icon);
+    const kx::Image image(icon);
     QCOMPARE(image.pixelScale(), 2.0);
     QCOMPARE(image.toQImage(1).pixelColor(3, 3), QColor(Qt::red));
     QCOMPARE(image.toQImage(2).size(), QSize(32, 24));
@@ -140,7 +140,7 @@ void ImageIconTest::anImageHasEverySizeForItsScreens()
 
 void ImageIconTest::aScalableIconHasASizeOfItsOwn()
 {
-    const kx::Image image = kx::imageFromIcon(QIcon(new ScalableEngine));
+    const kx::Image image(QIcon(new ScalableEngine));
     QCOMPARE(image.size(), QSizeF(32, 32));
     QCOMPARE(image.pixelScale(), ratio());
     const QImage shown = image.toQImage(ratio());
@@ -152,7 +152,7 @@ void ImageIconTest::aScalableIconHasASizeOfItsOwn()
 void ImageIconTest::comesBackAsItWas()
 {
     const QImage picture = kx::test::sampleImage(8, 6);
-    const kx::Image image = kx::imageFromIcon(kx::iconFromImage(picture));
+    const kx::Image image(kx::iconFromImage(picture));
     QCOMPARE(image.size(), QSizeF(8, 6));
     QCOMPARE(opaque(image.toQImage(1)), picture);
 }
