@@ -30,7 +30,9 @@ void FfmpegRun::start(const Work &afterwards)
 {
     // The end comes on the task's own thread, when this object may be gone: the proxy finds out on the main thread.
     const auto completion = [proxy = KXRWeakProxy(this), afterwards](const std::shared_ptr<KXAsyncTask> &task) {
-        const bool succeeded = task && task->terminationStatus() == 0;
+        if (!task)
+            return; // this object has gone while ffmpeg ran
+        const bool succeeded = task->terminationStatus() == 0;
         if (succeeded && afterwards)
             afterwards();
         proxy.post(&FfmpegRun::finish, succeeded);

@@ -8,6 +8,8 @@
 #include <QtMultimedia/QAudioOutput>
 #include <QtMultimedia/QVideoSink>
 
+#include <algorithm>
+
 Player::Player(QVideoSink &sink, QObject *parent)
     : QObject(parent)
 {
@@ -55,7 +57,7 @@ void Player::togglePlaying()
 
 void Player::seek(double seconds)
 {
-    m_player.setPosition(qint64(seconds * 1000));
+    m_player.setPosition(qint64(std::clamp(seconds, 0.0, std::max(0.0, duration())) * 1000));
 }
 
 double Player::position() const
