@@ -186,6 +186,23 @@ private Q_SLOTS:
         QCOMPARE(kx_DirWithTypeWithPathComponents(QStandardPaths::GenericDataLocation, {}), at("data"));
     }
 
+    void hasNoDirectoryWhereTheSystemHasNone()
+    {
+        write(at("file"));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(at("file/none")));
+        const QByteArray temporary = qgetenv("TMPDIR");
+        qputenv("TMPDIR", QFile::encodeName(at("file")));
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(QStringLiteral("runtime directory"))); // of both
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(QStringLiteral("runtime directory")));
+        const QString path = kx_DirWithTypeWithPathComponents(QStandardPaths::RuntimeLocation, {QStringLiteral("a")});
+        qunsetenv("XDG_RUNTIME_DIR");
+        if (temporary.isNull())
+            qunsetenv("TMPDIR");
+        else
+            qputenv("TMPDIR", temporary);
+        QVERIFY(path.isNull());
+    }
+
     void appendsComponents_data()
     {
         QTest::addColumn<QStringList>("components");

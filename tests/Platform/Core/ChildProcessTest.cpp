@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the tests of the task that is built on it do not reach.
 #include "Support/Gate.h"
+#include "Support/NoThreads.h"
 
 #include <KXFoundation/Platform/Core/ChildProcess.h>
 
@@ -190,6 +191,20 @@ private Q_SLOTS:
         QCOMPARE(::kill(pid_t(number), SIGTERM), 0);
         QVERIFY(ended->try_acquire_for(std::chrono::milliseconds(patience)));
         QTRY_VERIFY_WITH_TIMEOUT(weak.expired(), patience);
+    }
+
+    void needsAThread()
+    {
+        const Run run;
+        {
+            const kx::test::NoThreads none;
+            const std::optional<KXError> error = run.process->launch();
+            QVERIFY(error);
+            QCOMPARE(*error, KXError::fromErrno(EAGAIN));
+        }
+        QVERIFY(!run.process->isLaunched());
+        QVERIFY(!run.process->launch());
+        QVERIFY(run.wait());
     }
 
     void callsItsHandlerOnAnotherThread()

@@ -6,6 +6,7 @@
 #include <QtTest/QTest>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <thread>
 
@@ -73,6 +74,17 @@ private Q_SLOTS:
         Pipe pipe;
         QCOMPARE(::fcntl(pipe.writing.number(), F_SETFL, O_NONBLOCK), 0);
         QVERIFY(!kx::writeAll(pipe.writing.number(), QByteArray(1024 * 1024, 'x')));
+    }
+
+    void callsAgainAfterASignal()
+    {
+        int calls = 0;
+        const int answer = kx::uninterrupted([&] {
+            errno = calls == 0 ? EINTR : EAGAIN;
+            return ++calls == 3 ? 3 : -1;
+        });
+        QCOMPARE(answer, -1); // with the second error
+        QCOMPARE(calls, 2);
     }
 
     // A pipe takes 64 kB at a time, and a signal without restart comes in between.

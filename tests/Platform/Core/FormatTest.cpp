@@ -261,6 +261,7 @@ private Q_SLOTS:
     {
         QCOMPARE(kx::format("%s", 42), QStringLiteral("42"));
         QCOMPARE(kx::format("%d", "text"), QStringLiteral("text"));
+        QCOMPARE(kx::format("%u %x", "text", "more"), QStringLiteral("text more"));
         QCOMPARE(kx::format("%f", QStringLiteral("text")), QStringLiteral("text"));
         QCOMPARE(kx::format("%p", "text"), QStringLiteral("text"));
         QCOMPARE(kx::format("%c", 1.5), QStringLiteral("1.5"));

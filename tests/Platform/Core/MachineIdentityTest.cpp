@@ -9,6 +9,8 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <unistd.h>
+
 // The system's files are made below a directory of the test's own.
 class MachineIdentityTest : public QObject {
     Q_OBJECT
@@ -134,6 +136,20 @@ private Q_SLOTS:
         process.start(QStringLiteral("id"), {QStringLiteral("-un")});
         QVERIFY(process.waitForFinished());
         QCOMPARE(kx::loginName(), QString::fromLocal8Bit(process.readAllStandardOutput()).trimmed());
+    }
+
+    // Somebody who is not root stays who they are.
+    void takesTheEnvironmentsWordForAUserWithoutAnAccount()
+    {
+        const uid_t user = ::geteuid();
+        const QString name = user == 0 ? QStringLiteral("guest") : kx::loginName();
+        qputenv("LOGNAME", "guest");
+        if (user == 0)
+            QCOMPARE(::seteuid(2'000'000'000), 0);
+        const QString found = kx::loginName();
+        QCOMPARE(::seteuid(user), 0);
+        qunsetenv("LOGNAME");
+        QCOMPARE(found, name);
     }
 
 private:

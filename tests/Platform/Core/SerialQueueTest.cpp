@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "Support/NoThreads.h"
+
 #include <KXFoundation/Platform/Core/SerialQueue.h>
 
 #include <QtCore/QList>
@@ -218,6 +220,21 @@ private Q_SLOTS:
                 dropped.release();
             });
         dropped.acquire();
+    }
+
+    void dropsWhatItGetsNoThreadFor()
+    {
+        kx::SerialQueue queue;
+        int ran = 0;
+        {
+            const kx::test::NoThreads none;
+            queue.addOperation([&] { ran += 10; });
+        }
+        QCOMPARE(queue.operationCount(), 0);
+        queue.waitUntilAllOperationsAreFinished();
+        queue.addOperation([&] { ++ran; });
+        queue.waitUntilAllOperationsAreFinished();
+        QCOMPARE(ran, 1);
     }
 
     void leavesSignalsToOtherThreads()

@@ -163,6 +163,9 @@ private Q_SLOTS:
         timer->setFireDateFromNow(-1.5);
         loop.advance(8500ms);
         QCOMPARE(at, (QList<qint64>{0, 0, 8500}));
+        timer->setFireDateFromNow(std::numeric_limits<double>::quiet_NaN()); // no time at all
+        loop.advance(0s);
+        QCOMPARE(at, (QList<qint64>{0, 0, 8500, 8500}));
     }
 
     void theDistantFutureNeverComes()

@@ -129,6 +129,7 @@ private Q_SLOTS:
                  "kx://[v.a]/",
                  "kx://[v1.]/",
                  "kx://[vg.a]/",
+                 "kx://[v1.a|b]/",
                  "kx://a@b@c/",
                  "kx://[::1]@h/", // authorities
                  "kx://h/a b",
