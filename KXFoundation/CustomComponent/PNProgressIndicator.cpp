@@ -49,7 +49,7 @@ void PNProgressIndicator::setPlayedValue(double value)
 {
     if (m_isMouseDown || m_playedValue == value)
         return;
-    const PlaybackBarGeometry before = geometry();
+    const PlaybackBarGeometry before = barGeometry();
     m_playedValue = value;
     displayMove(before);
     const QPointer<PNProgressIndicator> alive(this);
@@ -291,7 +291,7 @@ void PNProgressIndicator::mouseMoved(kx::Event *event)
 {
     if (!m_isMouseEnter || !event)
         return;
-    const double fraction = geometry().fractionAt(locationInView(*event).x());
+    const double fraction = barGeometry().fractionAt(locationInView(*event).x());
     const QPointer<PNProgressIndicator> alive(this);
     if (const HoverHandler handler = m_hoveredBarHandler)
         handler(this, fraction);
@@ -322,7 +322,7 @@ void PNProgressIndicator::mouseDragged(kx::Event *event)
 {
     if (!m_isMouseDown || !event)
         return;
-    const PlaybackBarGeometry before = geometry();
+    const PlaybackBarGeometry before = barGeometry();
     m_draggedValue = static_cast<float>(before.valueAt(locationInView(*event).x()));
     displayMove(before);
 }
@@ -400,7 +400,7 @@ bool PNProgressIndicator::event(QEvent *event)
 
 void PNProgressIndicator::drawRect(QPainter &painter, const QRectF &)
 {
-    m_painter->paint(painter, {geometry(), *m_look, *m_clips, bounds().size()});
+    m_painter->paint(painter, {barGeometry(), *m_look, *m_clips, bounds().size()});
     if (m_keyboardFocus->isShown(*this))
         kx::drawFocusRing(painter, palette(), QRectF(rect()));
 }
@@ -410,14 +410,14 @@ void PNProgressIndicator::initPainter(QPainter *) const { }
 // The gradient spans the played part: all of it changes with its end.
 void PNProgressIndicator::displayMove(const PlaybackBarGeometry &before)
 {
-    const PlaybackBarGeometry after = geometry();
+    const PlaybackBarGeometry after = barGeometry();
     if (before.isStopped() == after.isStopped() && before.preloadedPart() == after.preloadedPart())
         setNeedsDisplayInRect(m_painter->movedPart({after, *m_look, *m_clips, bounds().size()}));
     else
         setNeedsDisplay();
 }
 
-PlaybackBarGeometry PNProgressIndicator::geometry() const
+PlaybackBarGeometry PNProgressIndicator::barGeometry() const
 {
     return PlaybackBarGeometry({.width = bounds().width(),
         .horizontalPadding = m_horizontalPadding,

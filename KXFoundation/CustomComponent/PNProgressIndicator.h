@@ -193,7 +193,7 @@ protected:
     void initPainter(QPainter *painter) const override;
 
 private:
-    [[nodiscard]] PlaybackBarGeometry geometry() const;
+    [[nodiscard]] PlaybackBarGeometry barGeometry() const;
     [[nodiscard]] QRectF trackingRect() const;
     [[nodiscard]] double range() const { return m_maxValue - m_minValue; }
     [[nodiscard]] QColor designerStopColor() const { return stopColor().toQColor(); }

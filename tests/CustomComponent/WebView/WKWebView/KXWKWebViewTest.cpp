@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How a host is made, rebuilt and taken apart, on the fake engine.
 #include "FakeHost.h"
+#include "Support/UsableAsWidget.h"
 
 #include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
 #include <KXFoundation/CustomComponent/WebView/WeakProxy/KXRWeakProxy.h>
@@ -14,6 +15,10 @@
 using namespace Qt::StringLiterals;
 using kx::test::handlerName;
 using kx::test::methodMessage;
+
+static_assert(kx::test::UsableAsWidget<KXWKWebView>);
+static_assert(kx::test::UsableAsWidget<KXWebView>);
+static_assert(kx::test::UsableAsWidget<kx::WebView>);
 
 class KXWKWebViewTest : public kx::test::FakeHostTest {
     Q_OBJECT
