@@ -91,6 +91,12 @@ void Button::setState(int state)
 
 void Button::setFont(const Font &font)
 {
+    m_hasOwnFont = true;
+    applyFont(font);
+}
+
+void Button::applyFont(const Font &font)
+{
     const bool looksTheSame = m_font.sameValue(font);
     m_font = font;
     if (font)
@@ -182,7 +188,9 @@ void Button::paintEvent(QPaintEvent *event)
 void Button::changeEvent(QEvent *event)
 {
     ViewOn<QAbstractButton>::changeEvent(event);
-    if (event->type() == QEvent::EnabledChange)
+    if (event->type() == QEvent::FontChange && !m_hasOwnFont)
+        applyFont(QAbstractButton::font());
+    else if (event->type() == QEvent::EnabledChange)
         enabledChanged();
 }
 

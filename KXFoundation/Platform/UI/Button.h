@@ -59,7 +59,8 @@ public:
     [[nodiscard]] int state() const { return m_state; }
     virtual void setState(int state);
 
-    /// The font of titles without one, the widget's at first. None stands for the application's font at fontSize().
+    /// The font of titles without one: the widget's until it is set here. None stands for the application's font at
+    /// fontSize().
     [[nodiscard]] Font font() const { return m_font; }
     void setFont(const Font &font);
     /// The size of the last font that was one, in points.
@@ -122,6 +123,7 @@ private:
 
     [[nodiscard]] bool showsAlternateTitle() const;
     void contentChanged(bool takesOtherRoom = true);
+    void applyFont(const Font &font);
     void sendAction();
     [[nodiscard]] ButtonContent &content() const;
 
@@ -130,6 +132,7 @@ private:
     Image m_image;
     Image m_alternateImage;
     Font m_font;
+    bool m_hasOwnFont = false; // and not the widget's
     TextAlignment m_alignment = TextAlignment::Center;
     LineBreakMode m_lineBreakMode = LineBreakMode::WordWrapping;
     int m_state = 0;

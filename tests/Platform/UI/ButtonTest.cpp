@@ -76,6 +76,7 @@ private Q_SLOTS:
     void hintsAtTheSizeOfItsContent();
     void asksForALayoutOnlyWhenItTakesOtherRoom_data();
     void asksForALayoutOnlyWhenItTakesOtherRoom();
+    void takesTheWidgetsFontUntilItHasItsOwn();
     void rendersWithoutAFontAtItsLastSize();
     void takesTheFocusByTabAlone();
     void isAButtonToAssistiveTechnology();
@@ -396,6 +397,30 @@ void ButtonTest::asksForALayoutOnlyWhenItTakesOtherRoom()
     change(*m_button);
     QTEST(requests.taken(), "requests");
     QCOMPARE(m_button->width(), m_button->sizeHint().width());
+}
+
+void ButtonTest::takesTheWidgetsFontUntilItHasItsOwn()
+{
+    const auto fontOf = [](int pixels) {
+        QFont font;
+        font.setPixelSize(pixels);
+        return font;
+    };
+    m_button->setTitle(u"M"_s);
+    m_window->setFont(fontOf(30));
+    QCOMPARE(m_button->fontSize(), 30.0);
+    QVERIFY(m_button->intrinsicContentSize().height() > 25);
+    m_button->setProperty("font", fontOf(50)); // as a form that is loaded sets it
+    QCOMPARE(m_button->font().pointSize(), 50.0);
+    QVERIFY(m_button->sizeHint().height() > 45);
+
+    m_button->setFont(fontOf(20));
+    m_button->setProperty("font", fontOf(60));
+    QCOMPARE(m_button->font().pointSize(), 20.0);
+    m_button->setFont(nullptr);
+    m_window->setFont(fontOf(40));
+    QVERIFY(!m_button->font());
+    QCOMPARE(m_button->fontSize(), 20.0);
 }
 
 void ButtonTest::rendersWithoutAFontAtItsLastSize()
