@@ -109,7 +109,8 @@ public:
     /// while the window is hidden. A view on its own is its own window.
     [[nodiscard]] QWidget *shownWindow() const { return m_window; }
     /// Called around a change of shownWindow(), by the view or by anything that it is in; null for none. Not called
-    /// when the view or the window is destroyed. They do nothing here.
+    /// when the view or the window is destroyed. They must leave deleting the view to deleteLater(): Qt is in the midst
+    /// of showing or moving it. They do nothing here.
     virtual void viewWillMoveToWindow(QWidget *window);
     virtual void viewDidMoveToWindow();
 
@@ -193,7 +194,7 @@ public:
     /// Stored only: a view has its layer whenever it is asked for.
     [[nodiscard]] bool wantsLayer() const { return m_wantsLayer; }
     void setWantsLayer(bool wants) { m_wantsLayer = wants; }
-    /// Whether updateLayer() is called before each painting. False unless overridden.
+    /// Whether updateLayer() is called before each painting, to set the look of layer(). False unless overridden.
     [[nodiscard]] virtual bool wantsUpdateLayer() const;
     virtual void updateLayer();
 
