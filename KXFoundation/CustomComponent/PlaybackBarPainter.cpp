@@ -114,7 +114,7 @@ void PlaybackBarPainter::paint(QPainter &painter, const PlaybackBarScene &scene)
 
 QRectF PlaybackBarPainter::movedPart(const PlaybackBarScene &scene) const
 {
-    return (m_moving | movingPart(scene, knobImage(scene.geometry))).adjusted(-1, -1, 1, 1);
+    return m_moving | movingPart(scene, knobImage(scene.geometry));
 }
 
 void PlaybackBarPainter::paintBar(Painting &painting)

@@ -66,11 +66,13 @@ private Q_SLOTS:
     void spansTheGradientOverThePlayedPart();
     void drawsThePreloadedPartBehindThePlayedOne();
     void drawsTicks();
+    void drawsNoMarksWithoutARange();
     void drawsClipsInsteadOfThePlayedPart();
     void drawsWhatReachesFarBeyondTheView_data();
     void drawsWhatReachesFarBeyondTheView();
     void drawsAThousandClipsAndTenThousandTicks();
     void drawsNoBarWithoutThickness();
+    void drawsABarThatIsHigherThanTheView();
     void roundsTheEnds();
     void repaintsAllForAKnobWithoutBounds_data();
     void repaintsAllForAKnobWithoutBounds();
@@ -110,6 +112,7 @@ void PNProgressIndicatorDrawingTest::drawsNoStoppedBarWithoutAColour()
 void PNProgressIndicatorDrawingTest::drawsTrackAndKnobWithoutARange()
 {
     m_bar->setPlayedValue(5);
+    m_bar->setPreloadValue(50);
     QVERIFY(near(m_bar->pixel(150), trackColor));
     QCOMPARE(m_bar->pixel(7, 10), QColor(Qt::green)); // centred at 7
     QCOMPARE(m_bar->pixel(14, 10), QColor(Qt::green));
@@ -152,6 +155,18 @@ void PNProgressIndicatorDrawingTest::drawsTicks()
     QVERIFY(near(m_bar->pixel(147), preloadColor)); // the same white over the track
     QVERIFY(near(m_bar->pixel(150), trackColor));
     QVERIFY(near(m_bar->pixel(143), trackColor));
+    m_bar->setRounded(true);
+    QVERIFY(near(m_bar->pixel(146, 17), preloadColor)); // it has corners all the same
+}
+
+void PNProgressIndicatorDrawingTest::drawsNoMarksWithoutARange()
+{
+    m_bar->setMinValue(100);
+    m_bar->setMaxValue(50); // where -25 would be in the middle
+    m_bar->setTags({-25});
+    QVERIFY(near(m_bar->pixel(150), trackColor));
+    m_bar->switch2StarMode({-20}, {-30});
+    QVERIFY(near(m_bar->pixel(150), trackColor));
 }
 
 void PNProgressIndicatorDrawingTest::drawsClipsInsteadOfThePlayedPart()
@@ -278,6 +293,21 @@ void PNProgressIndicatorDrawingTest::drawsNoBarWithoutThickness()
     low.setMaxValue(100);
     low.setPlayedValue(50);
     QVERIFY(isEmpty(low));
+}
+
+void PNProgressIndicatorDrawingTest::drawsABarThatIsHigherThanTheView()
+{
+    kx::Image::setNamed(u"indicator"_s, nullptr);
+    m_bar->setMaxValue(100);
+    m_bar->setPlayedValue(50);
+    for (const double height : {64.0, 1e10}) {
+        m_bar->updateDrawHeight(height);
+        for (const int row : {0, 10, 20}) {
+            QVERIFY(near(m_bar->pixel(149, row), endColor));
+            QVERIFY(near(m_bar->pixel(200, row), trackColor));
+        }
+        QCOMPARE(m_bar->pixel(200, 21), QColor(Qt::black));
+    }
 }
 
 void PNProgressIndicatorDrawingTest::roundsTheEnds()

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/CustomComponent/PNProgressIndicator.h>
 
+#include <KXFoundation/Platform/UI/Event.h>
 #include <KXFoundation/Platform/UI/Image.h>
+#include <KXFoundation/Platform/UI/ScreenGeometry.h>
 
 #include <Support/Pointer.h>
 
@@ -41,6 +43,9 @@ private Q_SLOTS:
     void tellsWhereThePointerIs();
     void ignoresThePointerUnderAModalWindow();
     void endsAHoverUnderAModalWindow();
+    void ignoresThePointerInAWindowThatDoes();
+    void endsAHoverWhenItsAreasAreUpdated();
+    void beginsNoDragOutsideOfItsBounds();
     void reportsADragAtItsEnd();
     void readsTheEndsOfTheWay();
     void keepsTheKnobDuringADrag();
@@ -223,6 +228,44 @@ void PNProgressIndicatorTest::endsAHoverUnderAModalWindow()
     m_bar->mouseExited(nullptr);
     QVERIFY(!m_bar->isMouseEnter());
     QCOMPARE(m_exits, 1);
+}
+
+void PNProgressIndicatorTest::ignoresThePointerInAWindowThatDoes()
+{
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_bar->mouseEntered(nullptr);
+    QVERIFY(!m_bar->isMouseEnter());
+    QCOMPARE(m_bar->indicatorHeight(), 32.0);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents, false);
+    m_bar->mouseEntered(nullptr);
+    QVERIFY(m_bar->isMouseEnter());
+}
+
+void PNProgressIndicatorTest::endsAHoverWhenItsAreasAreUpdated()
+{
+    Pointer pointer(*m_bar);
+    pointer.moveTo(at(100));
+    QTRY_VERIFY(m_bar->isMouseEnter());
+    m_bar->setUserInteraction(false);
+    QVERIFY(!m_bar->isMouseEnter());
+    QCOMPARE(m_bar->indicatorHeight(), 32.0);
+    QCOMPARE(m_exits, 1);
+}
+
+void PNProgressIndicatorTest::beginsNoDragOutsideOfItsBounds()
+{
+    const QPointF origin = kx::screenFrame(*m_window).topLeft(); // the bottom left; the bar is at (0, 68) of the window
+    const auto pressAt = [&](double x, double y) {
+        kx::Event press(
+            kx::EventType::LeftMouseDown, m_window.get(), origin + m_bar->convertRectToView({x, y, 0, 0}).topLeft());
+        m_bar->mouseDown(&press);
+        return m_bar->isMouseDown();
+    };
+    QVERIFY(!pressAt(-1, 10));
+    QVERIFY(!pressAt(300, 10));
+    QVERIFY(!pressAt(10, -1));
+    QVERIFY(!pressAt(10, 32));
+    QVERIFY(pressAt(10, 10));
 }
 
 void PNProgressIndicatorTest::reportsADragAtItsEnd()

@@ -3,6 +3,8 @@
 
 #include <KXFoundation/CustomComponent/PNProgressSlider.h>
 
+#include <KXFoundation/Platform/UI/Cursor.h>
+
 #include <Support/Pointer.h>
 
 #include <QtGui/QAccessible>
@@ -62,6 +64,9 @@ private Q_SLOTS:
     void fillsTheTrackUpToTheKnob();
     void fillsAVerticalTrackFromTheBottom();
     void marksItsSegments();
+    void marksItsSegmentsInWhite();
+    void marksAnyNumberOfSegments();
+    void pointsWithAHand();
     void movesByKeys_data();
     void movesByKeys();
     void movesByKeysInTheFinestSteps_data();
@@ -478,6 +483,40 @@ void PNProgressSliderTest::marksItsSegments()
     QCOMPARE(plain.pixelColor(99, 10), plain.pixelColor(80, 10));
 }
 
+void PNProgressSliderTest::marksItsSegmentsInWhite()
+{
+    QImage image(m_slider->size() * 4, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(4);
+    image.fill(Qt::black);
+    m_slider->setSegementCount(4);
+    m_slider->render(&image, {}, {}, {});
+    const int white = image.pixelColor(100 * 4, 10 * 4).red(); // 0.9 over the track, which is 115
+    QVERIFY2(qAbs(white - 241) <= 1, qPrintable(QString::number(white)));
+}
+
+void PNProgressSliderTest::marksAnyNumberOfSegments()
+{
+    m_slider->setSegementColor(Qt::cyan);
+    for (const qint64 count : {qint64(200), qint64(5000), std::numeric_limits<qint64>::max()}) {
+        m_slider->setSegementCount(count);
+        const QImage image = m_slider->grab().toImage();
+        for (int x = 13; x < 187; ++x)
+            QVERIFY2(image.pixelColor(x, 10).red() < 60, qPrintable(u"%1 of %2"_qs.arg(x).arg(count)));
+    }
+}
+
+void PNProgressSliderTest::pointsWithAHand()
+{
+    Pointer pointer(*m_slider);
+    pointer.moveTo({100, 10});
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::PointingHandCursor);
+    pointer.moveTo({100, 100});
+    QTRY_COMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+    m_window->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_slider->cursorUpdate(nullptr);
+    QCOMPARE(kx::Cursor::current().shape(), Qt::ArrowCursor);
+}
+
 void PNProgressSliderTest::movesByKeys_data()
 {
     QTest::addColumn<int>("key");
@@ -522,6 +561,10 @@ void PNProgressSliderTest::movesByKeysInTheFinestSteps_data()
     // There, the length of a segment is rounded, too.
     QTest::newRow("10 million") << qint64(10'000'000) << 0.0 << 1e7 << 2.0;
     QTest::newRow("30 million") << qint64(30'000'000) << 0.0 << 3e7 << 8.0;
+    // At the end of a drag, the position moves on by one more.
+    QTest::newRow("12345678") << qint64(12'345'678) << 0.0 << 12345678.0 << 8.0;
+    QTest::newRow("2^24 and 1") << qint64((1 << 24) + 1) << 0.0 << 16777217.0 << 8.0;
+    QTest::newRow("123456789") << qint64(123'456'789) << 0.0 << 123456789.0 << 64.0;
     QTest::newRow("a thousand million") << qint64(1'000'000'000) << 0.0 << 1e9 << 512.0;
     QTest::newRow("without segments, far from zero") << qint64(0) << 1e17 << 1e17 + 1024 << 32.0;
 }

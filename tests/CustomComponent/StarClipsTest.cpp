@@ -14,6 +14,7 @@ private Q_SLOTS:
     void findsTheClipThatEndsNext_data();
     void findsTheClipThatEndsNext();
     void followsThePositionThroughTheClips();
+    void endsAClipFromNoLaterThanStated();
     void repeatsANoticeInsideItsWindow();
     void findsTheClipAnewWhenThePositionGoesBack();
     void givesNoNoticePastTheLastClip();
@@ -87,6 +88,16 @@ void StarClipsTest::followsThePositionThroughTheClips()
     expect(21.3, false, false, -1);
     QCOMPARE(clips.currentEnd(), StarClips::never);
     QCOMPARE(clips.lastEnd(), 20.0);
+}
+
+void StarClipsTest::endsAClipFromNoLaterThanStated()
+{
+    StarClips clips;
+    clips.start({}, {1}, 0);
+    const double early = 1 - 0.8; // which leaves 0.8 exactly
+    clips.follow(early);
+    QVERIFY(clips.hasEnded(early));
+    QVERIFY(!clips.hasEnded(early - 1e-15));
 }
 
 void StarClipsTest::repeatsANoticeInsideItsWindow()
