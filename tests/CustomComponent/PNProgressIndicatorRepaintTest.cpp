@@ -67,6 +67,7 @@ private Q_SLOTS:
 
     void showsEveryChangeAtOnce_data();
     void showsEveryChangeAtOnce();
+    void asksForARepaintAsStated();
     void followsTheNamedImages();
     void paintsAKnobWithAHandlerEachTime();
     void isSharpAtEveryRatio_data();
@@ -229,6 +230,67 @@ void PNProgressIndicatorRepaintTest::showsEveryChangeAtOnce()
         QCOMPARE(now, picture(*fresh, ratio));
         QVERIFY(now != old);
     }
+}
+
+void PNProgressIndicatorRepaintTest::asksForARepaintAsStated()
+{
+    class Painted : public PNProgressIndicator {
+    public:
+        using PNProgressIndicator::PNProgressIndicator;
+        int count = 0;
+
+    protected:
+        void drawRect(QPainter &painter, const QRectF &dirtyRect) override
+        {
+            ++count;
+            PNProgressIndicator::drawRect(painter, dirtyRect);
+        }
+    };
+    Painted b(QRectF(0, 0, 300, 40));
+    b.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&b));
+    QTRY_VERIFY(b.count > 0);
+    const auto paints = [&](const std::function<void()> &change) {
+        QCoreApplication::processEvents();
+        const int before = b.count;
+        change();
+        QCoreApplication::processEvents();
+        return b.count > before;
+    };
+    const kx::Color red = Qt::red;
+    const QList<std::function<void()>> changes{
+        [&] { b.setMaxValue(10); },
+        [&] { b.setMinValue(-10); },
+        [&] { b.setPreloadValue(5); },
+        [&] { b.setPlayedValue(2); },
+        [&] { b.setPlayedStartColor(red); },
+        [&] { b.setPlayedEndColor(red); },
+        [&] { b.setPreloadColor(red); },
+        [&] { b.setRounded(true); },
+        [&] { b.setHorizontalPadding(4); },
+    };
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        QVERIFY2(paints(changes.at(i)), qPrintable(QString::number(i)));
+        QVERIFY2(!paints(changes.at(i)), qPrintable(QString::number(i))); // nothing new
+    }
+    QVERIFY(paints([&] { b.setPreloadColor(Qt::red); })); // another object
+    QVERIFY(paints([&] { b.setUnLoadColor(red); }));
+    QVERIFY(!paints([&] { b.setUnLoadColor(b.unLoadColor()); }));
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(paints([&] { b.setHoverHeight(50); }));
+        QVERIFY(paints([&] { b.setNormalHeight(40); }));
+        QVERIFY(paints([&] { b.updateDrawHeight(45); }));
+        QVERIFY(paints([&] { b.switch2StarMode({1}, {2}); }));
+        QVERIFY(paints([&] { b.reset2NormalMode(); }));
+    }
+    QVERIFY(!paints([&] {
+        b.setTags({3});
+        b.setTag(3);
+        b.setStopColor(red);
+        b.setStarClipsColor(red);
+        b.setStarClipEndingAdvance(3);
+        b.setUserInteraction(false);
+    }));
 }
 
 void PNProgressIndicatorRepaintTest::followsTheNamedImages()

@@ -334,9 +334,16 @@ void PNProgressIndicatorTest::endsAHoverWhenTheDragBegins()
     Pointer pointer(*m_bar);
     pointer.moveTo(at(100));
     QTRY_VERIFY(m_bar->isMouseEnter());
+    bool wasMouseDown = false;
+    m_bar->onHoveredBar({}, [&](PNProgressIndicator *bar) {
+        ++m_exits;
+        wasMouseDown = bar->isMouseDown();
+        QVERIFY(bar->isMouseEnter());
+    });
     pointer.press();
     QVERIFY(!m_bar->isMouseEnter());
     QCOMPARE(m_exits, 1);
+    QVERIFY(wasMouseDown);
     QCOMPARE(m_bar->indicatorHeight(), 64.0); // it stays as large as it is
     pointer.release();
 }
@@ -424,6 +431,8 @@ void PNProgressIndicatorTest::givesTheNoticesOfItsClips()
     QVERIFY(notices.isEmpty());
     m_bar->setPlayedValue(18.5);
     QCOMPARE(notices, QStringList{u"will 1"_s});
+    m_bar->setPlayedValue(18.5); // nothing new
+    QCOMPARE(notices.size(), 1);
     m_bar->setPlayedValue(19.5);
     QCOMPARE(notices, (QStringList{u"will 1"_s, u"will 1"_s, u"did 1"_s}));
     m_bar->setPlayedValue(21.3);

@@ -212,6 +212,8 @@ void PNProgressSliderTest::asksForARepaintWhereAChangeShows()
     QVERIFY(paints([&] { slider->setMainColor(red); }));
     QVERIFY(!paints([&] { slider->setMainColor(red); }));
     QVERIFY(paints([&] { slider->setMainColor(Qt::red); })); // another object
+    QVERIFY(paints([&] { slider->mouseEntered(nullptr); }));
+    QVERIFY(paints([&] { slider->mouseExited(nullptr); }));
     QVERIFY(paints([&] { slider->setBgColor(red); }));
     QVERIFY(!paints([&] { slider->setBgColor(slider->bgColor()); }));
     QVERIFY(!paints([&] {

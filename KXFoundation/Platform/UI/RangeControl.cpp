@@ -139,7 +139,7 @@ double RangeControl::steppedBy(double step) const
         const double held = std::clamp(wanted, state.minimum, state.maximum);
         const double kept = keptValue(held);
         const bool moves = step > 0 ? kept > state.value : kept < state.value;
-        if (moves || held != wanted || way == 0 || std::isinf(way))
+        if (moves || way == 0 || std::isinf(way))
             return held;
     }
 }
