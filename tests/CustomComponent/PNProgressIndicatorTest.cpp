@@ -11,6 +11,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QHBoxLayout>
 
 #include <cfloat>
 #include <limits>
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void forgetsADragThatComesToNothing();
     void isHitWithinItsTrackingRectangleAlone();
     void isPressedWhereTheSuperviewSeesIt();
+    void isDraggedWhereALayoutPutsIt();
     void tracksTheMiddleOfItsBounds();
     void givesTheNoticesOfItsClips();
     void givesNoNoticeOutsideOfStarMode();
@@ -399,6 +401,20 @@ void PNProgressIndicatorTest::isPressedWhereTheSuperviewSeesIt()
     QCOMPARE(m_bar->hitTest({150, 10}), bar);
     QVERIFY(!m_bar->hitTest({350, 10}));
     QVERIFY(!m_bar->hitTest({150, 20}));
+}
+
+void PNProgressIndicatorTest::isDraggedWhereALayoutPutsIt()
+{
+    QWidget holder(m_window.get());
+    QHBoxLayout fill(&holder);
+    fill.setContentsMargins({});
+    fill.addWidget(m_bar);
+    holder.setGeometry(60, 20, 300, 40);
+    holder.show();
+    QTRY_COMPARE(m_bar->geometry(), QRect(0, 0, 300, 40)); // as of every widget
+
+    Pointer(*m_bar).drag({30, 20}, {108.5, 20});
+    QCOMPARE(m_drags, QList<Drag>({{true, float(101 * 100.0 / 283) / 100.0}}));
 }
 
 void PNProgressIndicatorTest::tracksTheMiddleOfItsBounds()
