@@ -74,6 +74,7 @@ public:
     /// A hover that is ignored does not take away a tool tip that is the button's name.
     [[nodiscard]] QString spokenName() const override;
 
+    /// Up to the host: a click does not select.
     [[nodiscard]] bool isSelected() const { return m_selected; }
     void setSelected(bool selected);
     /// Whether it is selected, if that has a look of its own.

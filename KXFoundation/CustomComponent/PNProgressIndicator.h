@@ -29,7 +29,8 @@ class KeyboardFocus;
 /// position as a finished drag does.
 ///
 /// A press counts where the tracking rectangle and the bar overlap as seen by the superview: put the bar at (0, 0) of a
-/// view of its own. Main thread only; handlers may delete the bar.
+/// view of its own, by a layout without margins for instance. The knob's image reaches 3 below the view: leave a margin
+/// in it. Main thread only; handlers may delete the bar.
 class KX_UI_EXPORT PNProgressIndicator : public kx::View, public kx::RangeControl {
     Q_OBJECT
     Q_INTERFACES(kx::RangeControl)

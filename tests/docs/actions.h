@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/ActionKit/KXActionItem.h>
-#include <KXFoundation/ActionKit/KXActionManager.h>
-#include <KXFoundation/ActionKit/KXActionProcessor.h>
-
 #include <QtCore/QDebug>
 
 class Player {

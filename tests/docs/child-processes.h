@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/Task/KXAsyncTask.h>
-
 #include <QtCore/QDebug>
 
 inline QString path;

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/Category/DataBase64.h>
-#include <KXFoundation/Category/DataUtil.h>
-#include <KXFoundation/Category/StringUrlEncode.h>
-
 class Page {
 protected:
     QByteArray cover;

@@ -5,7 +5,6 @@
 #include <KXFoundation/Category/DictionarySafe.h>
 #include <KXFoundation/Category/FileManagerSandbox.h>
 #include <KXFoundation/Category/TimerUtil.h>
-#include <KXFoundation/CustomComponent/WebView/WeakProxy/KXRWeakProxy.h>
 
 #include <QtCore/QDebug>
 #include <QtCore/QJsonArray>

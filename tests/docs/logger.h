@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/Logger/KXLogger.h>
-#include <KXFoundation/Util/KXUtil.h>
-
 #include <QtCore/QCoreApplication>
 
 class Page {

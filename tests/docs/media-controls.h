@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/PNProgressIndicator.h>
-#include <KXFoundation/CustomComponent/PNProgressSlider.h>
-#include <KXFoundation/Platform/UI/Image.h>
-#include <KXFoundation/Platform/UI/View.h>
+#include <QtWidgets/QHBoxLayout>
 
 class Player {
 public:
@@ -23,4 +20,5 @@ class Page {
 protected:
     Player player;
     Preview preview;
+    QHBoxLayout *controls = nullptr;
 };

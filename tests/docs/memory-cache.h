@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/MemoryCache/KXMemoryCache.h>
-
 #include <QtGui/QImage>
 
 #include <memory>

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/WebView/JSBridge/KXWebViewJSBridge.h>
-#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
-
 #include <QtCore/QDebug>
 
 class Player {

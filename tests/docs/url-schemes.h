@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/WebView/Proxy/KXURLSchemeManager.h>
-#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
-#include <KXFoundation/Platform/Web/URLSchemeTask.h>
-#include <KXFoundation/Platform/Web/WebErrors.h>
-
 #include <QtWidgets/QApplication>
 
 #include <optional>

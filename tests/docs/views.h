@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/UIBase/View/PNBaseView.h>
-
 void hidePlaylist();
 
 class Page {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/CustomComponent/WebView/WKWebView/KXWKWebView.h>
-
 #include <QtWidgets/QSplashScreen>
 
 class Player {

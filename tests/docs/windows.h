@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KXFoundation/UIBase/Window/PNBaseWindow.h>
-
 #include <QtWidgets/QMenu>
 
 class Page {
