@@ -160,11 +160,11 @@ SourceFrameTracker::Role SourceFrameTracker::announcedSource(const NavigationReq
     const qsizetype gestureAt = announcement.user ? lastUserGesture(navigate) : lastGestureFor(request, navigate);
     // Of the scripts that cannot be told apart, the one runs more likely that the user has just set off.
     const qsizetype decisive = gestureAt < 0 && caller == Caller::Unknown ? lastUserGesture(navigate) : gestureAt;
-    const std::optional<Role> gesture = decisive >= 0 ? std::optional(m_signals.at(decisive).frame) : std::nullopt;
+    const Role gestureFrame = decisive >= 0 ? m_signals.at(decisive).frame : Role::Main;
     useUp(std::max(navigate, callerAt));
 
-    if (gesture)
-        return *gesture;
+    if (decisive >= 0)
+        return gestureFrame;
     // Only a frame whose scripts are off, or that never loaded a document, keeps its gestures to itself.
     if (announcement.user || request.kind == NavigationRequest::Kind::Form)
         return Role::Sub;
