@@ -50,6 +50,7 @@ private Q_SLOTS:
     void hasNoStandInForASelectedImage();
     void showsTheLookOfItsState_data();
     void showsTheLookOfItsState();
+    void showsANewImageOfItsState();
     void takesItsImageFromAForm();
     void showsToolTips();
     void hovers();
@@ -168,6 +169,16 @@ void PNAlphBtnTest::showsTheLookOfItsState()
     QVERIFY(qAbs(alphaOf(m_button->image()) - alpha) <= 1);
 }
 
+void PNAlphBtnTest::showsANewImageOfItsState()
+{
+    m_button->setSelected(true);
+    m_button->setSelectedNormalImage(square(Qt::cyan));
+    QCOMPARE(colorOf(m_button->image()), QColor(Qt::cyan));
+    m_button->mouseEntered(nullptr);
+    m_button->setSelectedHoverImage(square(Qt::magenta));
+    QCOMPARE(colorOf(m_button->image()), QColor(Qt::magenta));
+}
+
 void PNAlphBtnTest::takesItsImageFromAForm()
 {
     PNAlphBtn button;
@@ -188,6 +199,8 @@ void PNAlphBtnTest::showsToolTips()
     QCOMPARE(m_button->toolTip(), u"play"_s);
     m_button->setSelectToolTips(u"pause"_s);
     QCOMPARE(m_button->toolTip(), u"pause"_s);
+    QCOMPARE(m_button->toolTips(), u"play"_s);
+    QCOMPARE(m_button->selectToolTips(), u"pause"_s);
     m_button->setEnabled(false);
     m_button->setSelected(false);
     QCOMPARE(m_button->toolTip(), u"pause"_s);

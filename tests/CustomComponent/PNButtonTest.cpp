@@ -77,6 +77,7 @@ private Q_SLOTS:
     void keepsThePressedImageWhenAToolTipIsSet();
     void hasImagePropertiesForForms();
     void interactsAgainWhenItAwakes();
+    void mayBeDeletedWhenItAwakes();
 
 private:
     std::unique_ptr<QWidget> m_window;
@@ -697,6 +698,14 @@ void PNButtonTest::interactsAgainWhenItAwakes()
     QVERIFY(m_button->userInteraction());
     QCOMPARE(m_button->trackingAreas().size(), 1);
     QCOMPARE(changed.count(), 1);
+}
+
+void PNButtonTest::mayBeDeletedWhenItAwakes()
+{
+    m_button->setUserInteraction(false);
+    connect(m_button, &PNButton::userInteractionChanged, this, [this] { delete m_button.data(); });
+    m_button->awakeFromNib();
+    QVERIFY(!m_button);
 }
 
 QTEST_MAIN(PNButtonTest)

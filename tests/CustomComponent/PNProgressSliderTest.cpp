@@ -77,6 +77,7 @@ private Q_SLOTS:
     void obeysAssistiveTechnologyWhereTheUserMayDrag();
     void leavesObjectsWithoutTypeInformationAlone();
     void givesItsColoursToDesigner();
+    void itsIndexEndsWithTheNumbers();
     void survivesValuesThatMakeNoSense();
     void mayBeDeletedByItsHandler();
 
@@ -702,6 +703,15 @@ void PNProgressSliderTest::givesItsColoursToDesigner()
     const QColor track = m_slider->bgColor().toQColor();
     QVERIFY(m_slider->setProperty("bgColor", QColor(Qt::blue)));
     QCOMPARE(m_slider->property("bgColor").value<QColor>(), track);
+}
+
+void PNProgressSliderTest::itsIndexEndsWithTheNumbers()
+{
+    m_slider->setMinValue(0);
+    m_slider->setMaxValue(1);
+    m_slider->setSegementCount(std::numeric_limits<qint64>::max());
+    m_slider->setProgressValue(1);
+    QCOMPARE(m_slider->currentIndex(), std::numeric_limits<qint64>::max());
 }
 
 void PNProgressSliderTest::survivesValuesThatMakeNoSense()

@@ -97,6 +97,7 @@ private Q_SLOTS:
     void fullScreenOfAnotherWindowChangesNothing();
     void switchesForItsOwnWindowOnly();
     void doesNotMindThatThereIsNoSystemGroup();
+    void anEqualContentSizeChangesNothing();
     void isForgottenWhenItGoes();
     void mayBeDeletedWhenItsHoverChanges_data();
     void mayBeDeletedWhenItsHoverChanges();
@@ -509,6 +510,17 @@ void PNStandardWindowButtonViewTest::doesNotMindThatThereIsNoSystemGroup()
     show();
     kx::setFullScreen(*m_window, true);
     QVERIFY(!group().isVisible());
+}
+
+void PNStandardWindowButtonViewTest::anEqualContentSizeChangesNothing()
+{
+    show();
+    QSignalSpy changed(m_group, &PNStandardWindowButtonView::contentSizeChanged);
+    group().setContentSize(group().contentSize());
+    QCOMPARE(changed.count(), 0);
+    group().setContentSize(QSizeF(120, 40));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(group().intrinsicContentSize(), QSizeF(120, 40));
 }
 
 void PNStandardWindowButtonViewTest::isForgottenWhenItGoes()

@@ -618,6 +618,13 @@ void PNTextColorButtonTest::mayBeDeletedWhenItsTitleChanges_data()
     row("enter", [](PNTextColorButton &button) { button.mouseEntered(nullptr); });
     row("exit", [](PNTextColorButton &button) { button.mouseExited(nullptr); });
     row("press", [](PNTextColorButton &button) { button.mouseDown(nullptr); });
+    row("release", [](PNTextColorButton &button) {
+        {
+            const QSignalBlocker silent(button);
+            button.mouseDown(nullptr);
+        }
+        button.mouseUp(nullptr);
+    });
     row("selection", [](PNTextColorButton &button) { button.setSelected(true); });
     row("state", [](PNTextColorButton &button) { button.setState(1); });
     row("awaking", [](PNTextColorButton &button) { button.awakeFromNib(); });

@@ -156,6 +156,7 @@ void AccessibleRichTextTest::givesAttributesOfCharacters()
 {
     QFont bold = textFont();
     bold.setBold(true);
+    bold.setItalic(true);
     const Run styled = plainRun(u"two"_qs);
     styled->setTextColor(Qt::red);
     styled->setFont(bold);
@@ -168,7 +169,7 @@ void AccessibleRichTextTest::givesAttributesOfCharacters()
     QCOMPARE(end, 4);
     QCOMPARE(plain, u"font-family:\"DejaVu Sans\";"_qs);
     QCOMPARE(text().attributes(4, &start, &end),
-        u"font-family:\"DejaVu Sans\";font-weight:bold;color:rgb(255,0,0);background-color:rgb(255,255,0);"_qs);
+        u"font-family:\"DejaVu Sans\";font-weight:bold;font-style:italic;color:rgb(255,0,0);background-color:rgb(255,255,0);"_qs);
     QCOMPARE(start, 4);
     QCOMPARE(end, 7);
     // Readers ask at the end, too, and by the numbers that stand for the end and the caret.
@@ -267,14 +268,24 @@ void AccessibleRichTextTest::eachClickableRunIsALink()
         QVERIFY(link->state().focusable);
         QVERIFY(!link->state().disabled);
         QVERIFY(link->actionInterface());
+        QVERIFY(!link->textInterface());
+        const QString press = QAccessibleActionInterface::pressAction();
+        QCOMPARE(link->actionInterface()->keyBindingsForAction(press), QStringList());
         QCOMPARE(link->childCount(), 0);
+        QCOMPARE(link->child(0), nullptr);
+        QCOMPARE(link->childAt(1, 1), nullptr);
+        QCOMPARE(link->indexOfChild(&accessible()), -1);
+        link->setText(QAccessible::Name, u"none"_qs); // is the run's
+        QCOMPARE(link->text(QAccessible::Name), names.at(i));
         QCOMPARE(link->window(), m_shown->window.windowHandle());
     }
     QCOMPARE(accessible().child(1)->hyperlinkInterface()->startIndex(), 8);
     QCOMPARE(accessible().child(1)->hyperlinkInterface()->endIndex(), 11);
     QCOMPARE(accessible().child(1)->hyperlinkInterface()->anchor(), u"two"_qs);
+    QCOMPARE(accessible().child(1)->hyperlinkInterface()->anchorTarget(), QString()); // its handler goes anywhere
     QCOMPARE(accessible().child(2), nullptr);
     QCOMPARE(accessible().child(-1), nullptr);
+    QCOMPARE(accessible().indexOfChild(&accessible()), -1);
 }
 
 void AccessibleRichTextTest::knowsPlacesOfLinks()

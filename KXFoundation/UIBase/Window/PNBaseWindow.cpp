@@ -118,8 +118,6 @@ bool PNBaseWindow::isMovableAt(const QPointF &point) const
     const auto holdsPoint = [&](const QRectF &rect) { return kx::pointInRect(point, rect); };
     if (!isZero(m_specialMovableRect))
         return holdsPoint(m_specialMovableRect);
-    if (m_ignoreDragRect)
-        return false;
     if (std::any_of(m_includeArr.begin(), m_includeArr.end(), holdsPoint))
         return true;
     if (!holdsPoint(m_excludeDic.value(QStringLiteral("mainRect")).toRectF()) || isInNoNeedToInterventionRects(point))

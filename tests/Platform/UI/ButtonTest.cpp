@@ -69,6 +69,7 @@ private Q_SLOTS:
     void showsItsImageOnWholePixels();
     void keepsTitleAndAttributedTitleTogether();
     void drawsItsTitleInThePalettesColour();
+    void drawsNoTitleWithoutRoom();
     void drawsTheTitleBesideTheImage();
     void keepsTheImageInSightBesideALongTitle();
     void alignsItsTitle();
@@ -282,6 +283,17 @@ void ButtonTest::drawsItsTitleInThePalettesColour()
     QCOMPARE(redPixels(picture(), 0, 100), 0);
 }
 
+void ButtonTest::drawsNoTitleWithoutRoom()
+{
+    m_button->setImage(square(20, Qt::blue));
+    m_button->setTitle(u"MMMM"_s);
+    m_button->resize(20, 20);
+    QCOMPARE(m_button->grab().toImage().pixelColor(10, 10), QColor(Qt::blue));
+    m_button->setImage({});
+    m_button->resize(0, 20);
+    QVERIFY(m_button->grab().isNull());
+}
+
 void ButtonTest::drawsTheTitleBesideTheImage()
 {
     m_button->setImage(square(20, Qt::blue));
@@ -342,6 +354,7 @@ void ButtonTest::hintsAtTheSizeOfItsContent()
     const QSizeF image = m_button->intrinsicContentSize();
     m_button->setTitle(u"Play"_s);
     QVERIFY(m_button->intrinsicContentSize().width() > image.width() + 10);
+    QCOMPARE(m_button->minimumSizeHint(), QSize(0, 0)); // what does not fit is cut
 }
 
 void ButtonTest::asksForALayoutOnlyWhenItTakesOtherRoom_data()

@@ -2,6 +2,8 @@
 #include <KXFoundation/Platform/UI/MutableAttributedString.h>
 #include <KXFoundation/Platform/UI/TextField.h>
 
+#include "Support/AccessibleEvents.h"
+
 #include <QtCore/QRegularExpression>
 #include <QtGui/QAccessible>
 #include <QtGui/QFontMetricsF>
@@ -267,6 +269,10 @@ void TextFieldTest::aFieldCanBeRead()
     QCOMPARE(accessible->text(QAccessible::Name), u"One"_qs);
     field.setAccessibleName(u"Title"_qs);
     QCOMPARE(accessible->text(QAccessible::Name), u"Title"_qs);
+    QList<QAccessible::Event> told;
+    const AccessibleEvents events([&](QAccessibleEvent &event) { told.append(event.type()); });
+    field.setStringValue(u"Two"_qs);
+    QCOMPARE(told, QList<QAccessible::Event>{QAccessible::NameChanged});
 }
 
 QTEST_MAIN(TextFieldTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <KXFoundation/Platform/UI/View.h>
 
+#include <QtGui/QPainter>
 #include <QtTest/QTest>
 #include <QtWidgets/QBoxLayout>
 
@@ -62,6 +63,8 @@ private Q_SLOTS:
     void keepsWhatQtWasToldBeforeItWasShown();
     void resizesSubviewsThroughSeveralLevels();
     void leavesSubviewsInALayoutAlone();
+    void convertsRectanglesToOtherViews();
+    void mayHaveNothingToUpdateBeforeItIsPainted();
     void hitsTheTopmostView();
     void hitsNothingOutsideOrHidden();
     void asksInTheCoordinatesOfTheSuperview();
@@ -276,6 +279,32 @@ void ViewTest::leavesSubviewsInALayoutAlone()
     m_root->resize(300, 200);
     QCOMPARE(left.geometry(), QRect(0, 0, 150, 200));
     QCOMPARE(right.geometry(), QRect(150, 0, 150, 200));
+}
+
+void ViewTest::convertsRectanglesToOtherViews()
+{
+    kx::View root;
+    root.resize(200, 100);
+    kx::View upright(&root);
+    upright.setFrame(QRectF(10, 20, 50, 40));
+    Flipped flipped(&root);
+    flipped.setFrame(QRectF(100, 10, 80, 60));
+    QCOMPARE(upright.convertRectToView(QRectF(1, 2, 3, 4), &root), QRectF(11, 22, 3, 4));
+    QCOMPARE(root.convertRectToView(QRectF(11, 22, 3, 4), &upright), QRectF(1, 2, 3, 4));
+    // From y = 22 to 26 in the root; the flipped view counts from 70 downwards.
+    QCOMPARE(upright.convertRectToView(QRectF(1, 2, 3, 4), &flipped), QRectF(-89, 44, 3, 4));
+    QCOMPARE(flipped.convertRectToView(QRectF(-89, 44, 3, 4), &upright), QRectF(1, 2, 3, 4));
+    QCOMPARE(upright.convertRectToView(QRectF(1, 2, 3, 4), &upright), QRectF(1, 2, 3, 4));
+}
+
+void ViewTest::mayHaveNothingToUpdateBeforeItIsPainted()
+{
+    struct Updating : kx::View {
+        bool wantsUpdateLayer() const override { return true; }
+        void drawRect(QPainter &painter, const QRectF &) override { painter.fillRect(rect(), Qt::red); }
+    } view;
+    view.resize(10, 10);
+    QCOMPARE(view.grab().toImage().pixelColor(5, 5), QColor(Qt::red));
 }
 
 void ViewTest::hitsTheTopmostView()

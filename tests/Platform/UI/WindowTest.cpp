@@ -31,6 +31,7 @@ private Q_SLOTS:
     void makesItsNativeWindowUnlessDeferred();
     void turnsItsStyleIntoFlags_data();
     void turnsItsStyleIntoFlags();
+    void tellsTheStyleThatQtsFlagsGiveIt();
     void itsFrameHasTheDecorationsInIt();
     void setsItsFrame_data();
     void setsItsFrame();
@@ -101,6 +102,13 @@ void WindowTest::turnsItsStyleIntoFlags()
     QTEST(window.windowFlags().testFlag(Qt::FramelessWindowHint), "frameless");
     QTEST(window.windowFlags().testFlag(Qt::WindowCloseButtonHint), "closable");
     QVERIFY(window.isWindow());
+}
+
+void WindowTest::tellsTheStyleThatQtsFlagsGiveIt()
+{
+    QCOMPARE(kx::Window(nullptr, Qt::FramelessWindowHint).styleMask(), kx::WindowStyleMask(WindowStyle::Borderless));
+    QCOMPARE(kx::Window().styleMask(),
+        WindowStyle::Titled | WindowStyle::Closable | WindowStyle::Miniaturizable | WindowStyle::Resizable);
 }
 
 void WindowTest::itsFrameHasTheDecorationsInIt()

@@ -189,7 +189,17 @@ void WebViewTest::defaultDelegateAllowsAndDoesNothing()
     QCOMPARE(page()->ask({}), NavigationPolicy::Allow);
     QVERIFY(!page()->confirm(u"x"_qs));
     QCOMPARE(page()->prompt(u"x"_qs), u""_qs);
+    page()->alert(u"x"_qs); // comes back
     page()->openWindow({}, {});
+    m_view->load(QUrl(u"kx:1"_qs));
+    page()->fail({});
+    m_view->load(QUrl(u"kx:2"_qs));
+    page()->commit();
+    page()->fail({});
+    m_view->load(QUrl(u"kx:3"_qs));
+    page()->commit();
+    page()->finish();
+    page()->die();
     bool allowed = false;
     navigation.webViewDecidePolicyForNavigationResponse(
         m_view.get(), {}, [&allowed](NavigationPolicy policy) { allowed = policy == NavigationPolicy::Allow; });

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void init() { makeHost(); }
 
     void handsMessagesToTheBridge();
+    void hearsNothingWithoutABridge();
     void evaluationErrorsOfRepliesGoToTheConsole();
     void callsThePage();
     void callsThePageOnce();
@@ -43,6 +44,14 @@ void KXWKWebViewCallsTest::handsMessagesToTheBridge()
     QTRY_COMPARE(page()->scripts.size(), 2);
     QCOMPARE(page()->scripts.last(),
         KXWebViewJSBridge::packageCmd(KXWebViewJSBridge::HandlerMessage, u"triple"_qs, u"0"_qs, QJsonValue::Undefined));
+}
+
+void KXWKWebViewCallsTest::hearsNothingWithoutABridge()
+{
+    m_host->setJsBridge(nullptr);
+    page()->post(handlerName, methodMessage(u"play"_qs));
+    QCoreApplication::processEvents();
+    QVERIFY(page()->scripts.isEmpty());
 }
 
 void KXWKWebViewCallsTest::evaluationErrorsOfRepliesGoToTheConsole()
