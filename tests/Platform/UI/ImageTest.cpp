@@ -22,6 +22,7 @@ private Q_SLOTS:
     void findsImagesByName();
     void drawsPixelForPixel_data();
     void drawsPixelForPixel();
+    void drawsTurned();
     void drawsAPart();
     void leavesOutWhatLiesOutside();
     void choosesTheRepresentationForTheScale();
@@ -132,6 +133,22 @@ void ImageTest::drawsPixelForPixel()
     painter.end();
     QCOMPARE(target.copy(QRect(QPoint(2, 4) * ratio, pixels.size())), pixels);
     QCOMPARE(target.pixel(0, 0), 0U);
+}
+
+void ImageTest::drawsTurned()
+{
+    QImage two(20, 10, QImage::Format_ARGB32_Premultiplied);
+    two.fill(Qt::red);
+    QPainter(&two).fillRect(10, 0, 10, 10, Qt::blue);
+    QImage canvas(10, 20, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::white);
+    QPainter painter(&canvas);
+    painter.translate(10, 0);
+    painter.rotate(90); // clockwise: the image's left end comes to the top
+    kx::Image(two).draw(painter, QRectF(0, 0, 20, 10));
+    painter.end();
+    QCOMPARE(canvas.pixelColor(5, 3), QColor(Qt::red));
+    QCOMPARE(canvas.pixelColor(5, 16), QColor(Qt::blue));
 }
 
 void ImageTest::drawsAPart()

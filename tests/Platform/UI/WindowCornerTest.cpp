@@ -107,8 +107,11 @@ void WindowCornerTest::standsInTheTopLeftCorner()
         QVERIFY(button->isVisible());
         x += 20;
     }
-    const kx::ViewInterface *corner = m_window->standardWindowButton(WindowButton::Close)->superview();
+    kx::ViewInterface *corner = m_window->standardWindowButton(WindowButton::Close)->superview();
     QCOMPARE(corner->convertRectToView(corner->bounds()), QRectF(0, 165, 80, 35));
+    corner->updateTrackingAreas(); // in place of those that it has
+    corner->updateTrackingAreas();
+    QCOMPARE(corner->trackingAreas().size(), 1);
 }
 
 void WindowCornerTest::staysThereWhenTheWindowIsResized()
